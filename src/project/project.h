@@ -17,14 +17,14 @@ inline constexpr std::uint32_t White = 16777215;
 
 /// One project variable. All text is Latin-1, one byte a character.
 struct Variable {
-    char label = '?';           ///< unique one-character name
-    std::int32_t VARNO = 0;     ///< column of the DAT record, 1..NTAL
-    std::uint8_t dim = 0;       ///< number of categories, 2..57
-    std::uint8_t vtype = 0;     ///< Nominal or Ordinal; two categories print as binary either way
-    double vfra = 0;            ///< the lowest accepted raw value, of category 1
+    char label = '?';        ///< unique one-character name
+    std::int32_t VARNO = 0;  ///< column of the DAT record, 1..NTAL
+    std::uint8_t dim = 0;    ///< number of categories, 2..57
+    std::uint8_t vtype = 0;  ///< Nominal or Ordinal; two categories print as binary either way
+    double vfra = 0;         ///< the lowest accepted raw value, of category 1
     One_based<double, MaxCategories> vtil;  ///< vtil[1..dim]: upper cut points, ascending
-    std::uint8_t Levnr = 0;     ///< recursive block, 1 = first (the responses)
-    std::string name;           ///< at most 8 characters when read from the VAR file
+    std::uint8_t Levnr = 0;                 ///< recursive block, 1 = first (the responses)
+    std::string name;                       ///< at most 8 characters when read from the VAR file
     bool hasname = false;
     One_based<std::string, MaxCategories> categoryname;  ///< at most 8 characters when read
     std::uint32_t projectvarcolor = White;
@@ -53,15 +53,15 @@ struct ValueSelection {
 /// What it takes to read a raw record and recode it: the DEF file's case selection and the VAR
 /// file's variables and recursive blocks.
 struct ProjectDefinition {
-    int NTAL = 0;                                ///< values in a DAT record, at most 1600
-    std::vector<RangeCondition> conditions;      ///< NBET of them
-    std::vector<ValueSelection> selections;      ///< Nselectvar of them, at most 85
-    int N = 0;                                   ///< project variables, in VAR file order
-    One_based<Variable, 85> variables;           ///< [1..N]
-    int Nlevels = 0;                             ///< recursive blocks
-    One_based<int, MaxVariables> LevelEnd;       ///< [1..Nlevels]: last variable of each block
-    std::vector<std::string> comments;           ///< the stored ones, at most nine
-    int Ncomments = 0;                           ///< counted, at most ten
+    int NTAL = 0;                            ///< values in a DAT record, at most 1600
+    std::vector<RangeCondition> conditions;  ///< NBET of them
+    std::vector<ValueSelection> selections;  ///< Nselectvar of them, at most 85
+    int N = 0;                               ///< project variables, in VAR file order
+    One_based<Variable, 85> variables;       ///< [1..N]
+    int Nlevels = 0;                         ///< recursive blocks
+    One_based<int, MaxVariables> LevelEnd;   ///< [1..Nlevels]: last variable of each block
+    std::vector<std::string> comments;       ///< the stored ones, at most nine
+    int Ncomments = 0;                       ///< counted, at most ten
     std::string title;
 
     bool operator==(const ProjectDefinition&) const = default;
@@ -81,9 +81,9 @@ struct Project : ProjectDefinition {
     std::string Projectname;            ///< base name, as the user wrote it
     std::filesystem::path ProjectPath;  ///< folder
     bool ProjectOpen = false;
-    bool FilesChanged = false;          ///< model changes not yet saved
+    bool FilesChanged = false;  ///< model changes not yet saved
     ProjectFiles files;
-    std::int32_t Nused = 0;             ///< cases accepted
+    std::int32_t Nused = 0;  ///< cases accepted
 };
 
 inline Project The_project;

@@ -26,13 +26,13 @@ struct TestSettings {
     /// 2 / (lambda (lambda + 1)) at lambda = 2/3.
     Extended PowerFactor = 1.8L;
 
-    std::int32_t Nsim = 0;    ///< random tables for a Monte Carlo p-value
-    std::uint8_t Seed = 9;    ///< start of the random stream, one byte
+    std::int32_t Nsim = 0;  ///< random tables for a Monte Carlo p-value
+    std::uint8_t Seed = 9;  ///< start of the random stream, one byte
 
-    double RepeatedLevel1 = 0.05;   ///< critical level of the stop rule
-    double RepeatedLevel2 = 0.001;  ///< risk of the repeated test; 0 under SEQUENTIAL
-    double SimBoundary = 1000;      ///< bound of the stop statistic; 1000 never stops a run
-    double SequentialLimit = 20;    ///< a run stops at this count of exceedances
+    double RepeatedLevel1 = 0.05;         ///< critical level of the stop rule
+    double RepeatedLevel2 = 0.001;        ///< risk of the repeated test; 0 under SEQUENTIAL
+    double SimBoundary = 1000;            ///< bound of the stop statistic; 1000 never stops a run
+    double SequentialLimit = 20;          ///< a run stops at this count of exceedances
     double SimulatedTablesCriterion = 0;  ///< Nsim as a real, the stop count of EXACT
 
     bool operator==(const TestSettings&) const = default;
@@ -49,9 +49,12 @@ inline Statistic Statistic_of(const TestSettings& settings) {
 /// "X", "G" or "D" and a superscript two (Latin-1, code 178), as headings and result lines use it.
 inline std::string Statistic_symbol(const TestSettings& settings) {
     switch (Statistic_of(settings)) {
-        case Statistic::pearson: return "X\xB2";
-        case Statistic::deviance: return "G\xB2";
-        default: return "D\xB2";
+        case Statistic::pearson:
+            return "X\xB2";
+        case Statistic::deviance:
+            return "G\xB2";
+        default:
+            return "D\xB2";
     }
 }
 

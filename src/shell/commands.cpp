@@ -1,0 +1,115 @@
+#include "shell/commands.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cassert>
+#include <map>
+
+#include "shell/command_table.h"
+#include "shell/parsed_line.h"
+#include "shell/report.h"
+#include "shell/user.h"
+
+namespace tarven {
+
+namespace {
+
+struct Registry {
+    std::map<int, Command> commands;
+    std::map<std::pair<LetterCommand, char>, Letter> letters;
+};
+
+Registry& The_registry() {
+    static Registry registry;
+    return registry;
+}
+
+void Run_letter(const Letter& letter) {
+    if (letter.report == Report::opened) Open_report();
+    if (Needs_hold(letter.needs)) letter.run();
+    if (letter.report == Report::opened) Close_report();
+}
+
+}  // namespace
+
+void Register_command(Command command) {
+    const int number = Command_number(command.keyword);
+    assert(number > 0 && "a command outside the command table");
+    const Command* known = Find_command(number);
+    assert((!known || !known->available) && "a command is registered twice");
+    (void)known;
+    if (command.spelling.empty()) command.spelling = command.keyword;
+    The_registry().commands[number] = std::move(command);
+}
+
+const Command* Find_command(int number) {
+    const auto found = The_registry().commands.find(number);
+    return found == The_registry().commands.end() ? nullptr : &found->second;
+}
+
+std::vector<const Command*> Registered_commands() {
+    std::vector<const Command*> commands;
+    for (const auto& [number, command] : The_registry().commands) commands.push_back(&command);
+    std::sort(commands.begin(), commands.end(), [](const Command* one, const Command* other) {
+        return one->keyword < other->keyword;
+    });
+    return commands;
+}
+
+void Forget_commands() {
+    The_registry() = {};
+}
+
+void Register_letter(LetterCommand command, Letter letter) {
+    assert(Letters_in_order(command).find(letter.letter) != std::string_view::npos &&
+           "a letter without a place in the order");
+    const char key = letter.letter;
+    The_registry().letters[{command, key}] = std::move(letter);
+}
+
+std::string_view Letters_in_order(LetterCommand command) {
+    switch (command) {
+        case LetterCommand::show:
+            return "GVLPNREDTCHISB";
+        case LetterCommand::dispose:
+            return "IEBOT";
+        case LetterCommand::input:
+            return "VDTBG";
+        default:
+            return "GRB";
+    }
+}
+
+const Letter* Find_letter(LetterCommand command, char letter) {
+    const auto found = The_registry().letters.find({command, letter});
+    return found == The_registry().letters.end() ? nullptr : &found->second;
+}
+
+Outcome Run_letters(LetterCommand command, std::string_view name) {
+    // A letter may run further lines, which replace the parsed line.
+    const ParsedLine line = The_line;
+    bool ran = false;
+    for (const char key : Letters_in_order(command)) {
+        if (!Has_parameter(line, key)) continue;
+        ran = true;
+        if (const Letter* letter = Find_letter(command, key))
+            Run_letter(*letter);
+        else
+            ShowMessage(fmt::format("{} {} is not available yet", name, key));
+    }
+    if (ran) return Outcome::done;
+    ShowMessage(fmt::format("{} needs one of the letters {}", name, Letters_in_order(command)));
+    return Outcome::refused;
+}
+
+bool Needs_hold(const std::vector<Need>& needs) {
+    for (const Need& need : needs) {
+        if (need.holds()) continue;
+        ShowMessage(need.message);
+        if (!need.warning) return false;
+    }
+    return true;
+}
+
+}  // namespace tarven

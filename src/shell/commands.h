@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarven {
+
+/// How a command ended. After a refusal the line stays in the command field for correction and
+/// enters no history.
+enum class Outcome : std::uint8_t { done, refused };
+
+/// What must hold before a command begins, and what is said when it does not. Needs are tested in
+/// order; the first that fails ends the command, unless it is a warning.
+struct Need {
+    std::function<bool()> holds;
+    std::string message;
+    bool warning = false;
+};
+
+/// Whether the dispatcher opens and closes the report around a command.
+enum class Report : std::uint8_t { none, opened };
+
+struct Command {
+    std::string keyword;           ///< of the command table
+    std::function<Outcome()> run;  ///< reads The_line
+    std::vector<Need> needs;
+    std::string activity;             ///< panel 4 while the command runs; empty: left alone
+    bool shows_kind_of_test = false;  ///< panel 5: "Exact tests (n)" or "Asymptotic test"
+    Report report = Report::none;
+    std::string spelling;   ///< "TABULATE", for the reader; the keyword by default
+    std::string summary;    ///< the one line of HELP
+    std::string help;       ///< forms, what it does, an example, what it refuses
+    bool available = true;  ///< false: answers that it is not available yet
+    bool hidden = false;    ///< not listed by HELP; without `run`, unrecognized
+};
+
+/// Adds a command, or replaces one that is not available yet. A keyword outside the command table
+/// and a second registration of an available command are programming errors.
+void Register_command(Command command);
+
+/// The command of a number, or null for one that nobody registered.
+const Command* Find_command(int number);
+
+/// All registered commands in the order of their keywords.
+std::vector<const Command*> Registered_commands();
+
+/// Forgets all registrations, so that a test can begin again.
+void Forget_commands();
+
+/// Commands whose letters other floors add.
+enum class LetterCommand : std::uint8_t { show, dispose, input, save };
+
+/// What one letter of such a command does.
+struct Letter {
+    char letter = ' ';
+    std::function<void()> run;
+    std::vector<Need> needs;
+    Report report = Report::opened;
+    std::string summary;  ///< for the help text of the command
+};
+
+void Register_letter(LetterCommand command, Letter letter);
+
+/// The letters of a command in the fixed order in which they are tried.
+std::string_view Letters_in_order(LetterCommand command);
+const Letter* Find_letter(LetterCommand command, char letter);
+
+/// Runs every letter among the parameters of The_line, in the fixed order. A letter that no floor
+/// has registered says so. Refused when there is no letter to run.
+Outcome Run_letters(LetterCommand command, std::string_view name);
+
+/// Tests needs in order, showing messages; false when one that is no warning fails.
+bool Needs_hold(const std::vector<Need>& needs);
+
+}  // namespace tarven

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarven {
+
+/// The regular file of that name, or one in the same folder whose name differs in case alone (the
+/// exact name first, then the first in byte order). Nothing when there is none.
+std::optional<std::filesystem::path> Find_file(const std::filesystem::path& wanted);
+
+/// Find_file, or `wanted` itself: the path a file has, or that it would be written to.
+std::filesystem::path Existing_or(const std::filesystem::path& wanted);
+
+/// A path as Latin-1 text for messages and reports.
+std::string Path_text(const std::filesystem::path& path);
+
+/// The path that a Latin-1 text of a command or a file names.
+std::filesystem::path Text_path(std::string_view text);
+
+/// A text file read whole: Latin-1 lines without their ends.
+struct TextFile {
+    bool ok = false;
+    std::string error;  ///< why it could not be read, when not ok
+    std::vector<std::string> lines;
+};
+
+/// Reads at most 64 MiB; a folder, a larger file or a failing read is not ok.
+TextFile Read_text_file(const std::filesystem::path& path);
+
+/// A file that replaces another: written beside it under a name of its own, and put in its place
+/// by Commit. A failed or abandoned write leaves the old file whole and removes the new one.
+class ReplacementFile {
+  public:
+    explicit ReplacementFile(std::filesystem::path target);
+    ~ReplacementFile();
+    ReplacementFile(const ReplacementFile&) = delete;
+    ReplacementFile& operator=(const ReplacementFile&) = delete;
+
+    /// Appends bytes as they are. After a failure it does nothing.
+    void Write(std::string_view bytes);
+    /// True when everything reached the disk and the target is replaced.
+    bool Commit();
+    bool ok() const { return error_.empty(); }
+    /// "NAME could not be written: reason", in Latin-1; empty while all is well.
+    std::string Failure() const;
+
+  private:
+    void Fail(int error_number);
+
+    std::filesystem::path target_;
+    std::filesystem::path beside_;
+    std::FILE* file_ = nullptr;
+    std::string error_;
+};
+
+/// Replaces a file by lines of Latin-1 text, written as UTF-8. The text of the failure, or empty.
+std::string Write_text_file(const std::filesystem::path& path,
+                            const std::vector<std::string>& lines);
+
+/// Appends lines to a file, which is created when missing. The text of the failure, or empty.
+std::string Append_text_file(const std::filesystem::path& path,
+                             const std::vector<std::string>& lines);
+
+}  // namespace tarven

@@ -1,0 +1,72 @@
+#include "shell/help.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "shell/command_table.h"
+#include "shell/commands.h"
+#include "shell/fields.h"
+#include "shell/report.h"
+#include "shell/text.h"
+
+namespace tarven {
+
+namespace {
+
+constexpr const char* NoHelp = "There is no help available for this command";
+
+std::string Title(const Command& command) {
+    return command.spelling == command.keyword
+               ? command.keyword
+               : fmt::format("{} ({})", command.keyword, command.spelling);
+}
+
+}  // namespace
+
+std::vector<std::string> Command_help(int number) {
+    const Command* command = Find_command(number);
+    if (!command || (command->help.empty() && command->summary.empty())) return {NoHelp};
+    std::vector<std::string> lines = {fmt::format("{}: {}", Title(*command), command->summary)};
+    if (!command->available) lines.push_back("This command is not available yet.");
+    if (!command->help.empty()) {
+        lines.push_back("");
+        for (const std::string& line : Split_lines(command->help)) lines.push_back(line);
+    }
+    return lines;
+}
+
+void Write_command_help(int number) {
+    for (const std::string& line : Command_help(number)) Write_report(line);
+}
+
+std::vector<std::string> Command_list() {
+    std::vector<std::string> lines;
+    for (const Command* command : Registered_commands()) {
+        if (command->hidden) continue;
+        lines.push_back(fmt::format("{} {} {}{}", command->keyword, Left(command->spelling, 13),
+                                    command->summary,
+                                    command->available ? "" : " (not available yet)"));
+    }
+    return lines;
+}
+
+std::string Command_reference() {
+    std::string text =
+        "# Commands\n\n"
+        "<!-- Written by `tarven --commands-reference`; the texts stand with the commands. -->\n\n"
+        "Only the first three letters of a command count, in either case. `KEYWORD ?` shows the\n"
+        "same text in the program, `HELP` the list.\n";
+    for (const Command* command : Registered_commands()) {
+        if (command->hidden || !command->available) continue;
+        text += fmt::format("\n## {}\n\n{}\n", Title(*command), command->summary);
+        if (!command->help.empty()) text += fmt::format("\n```\n{}\n```\n", command->help);
+    }
+    text += "\n## Not available yet\n\n";
+    for (const Command* command : Registered_commands())
+        if (!command->hidden && !command->available)
+            text += fmt::format("- `{}` {}\n", command->keyword, command->summary);
+    return To_utf8(text);
+}
+
+}  // namespace tarven

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tarven {
+
+/// Moments at which every floor has something to do. The procedures of a moment run in the order
+/// in which they were added, which is the order of the floors.
+enum class Moment : std::uint8_t {
+    workspace_reset,         ///< start values, at program start and before each test
+    project_read,            ///< definitions are read; data follow
+    project_about_to_close,  ///< what rests on the project is given up
+    variables_changed,       ///< other variables, or another recursive structure
+    table_replaced,          ///< the current table is gone or another
+    items_changed
+};
+
+struct LifecycleProcedure {
+    std::string name;  ///< for the maintainer: who does what
+    std::function<void()> run;
+};
+
+/// Adds a procedure; one of the same name at the same moment is replaced in its place.
+void At_moment(Moment moment, const std::string& name, std::function<void()> run);
+
+void Run_moment(Moment moment);
+
+}  // namespace tarven

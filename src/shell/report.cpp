@@ -1,0 +1,151 @@
+#include "shell/report.h"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+
+#include "shell/files.h"
+#include "shell/session.h"
+#include "shell/text.h"
+#include "shell/user.h"
+
+namespace tarven {
+
+namespace {
+
+/// Opens the first stage. Lines are kept in memory as well, so an unwritable file loses nothing
+/// but the safety against a crash.
+void Open_first_stage(const char* mode) {
+    if (The_report.ReportFile.empty()) The_report.ReportFile = The_session.StartPath / "TARVEN.TMP";
+    The_report.file.reset(std::fopen(The_report.ReportFile.c_str(), mode));
+    const int error_number = errno;
+    The_report.ReportOpen = true;
+    if (The_report.file) {
+        std::setvbuf(The_report.file.get(), nullptr, _IOLBF, 4096);
+    } else if (!The_report.failure_told) {
+        The_report.failure_told = true;
+        ShowMessage(fmt::format("{} could not be written: {}. The report is kept in memory",
+                                Path_text(The_report.ReportFile), std::strerror(error_number)));
+    }
+}
+
+void Write_line(const std::string& line) {
+    if (!The_report.ReportOpen) {
+        The_report.OutputField.push_back(line);
+        The_report.OutputChanged = true;
+        if (The_report.on_line) The_report.on_line(line);
+        return;
+    }
+    The_report.first_stage.push_back(line);
+    if (!The_report.file) return;
+    const std::string bytes = To_utf8(line) + "\n";
+    if (std::fwrite(bytes.data(), 1, bytes.size(), The_report.file.get()) == bytes.size()) return;
+    const int error_number = errno;
+    The_report.file.reset();
+    if (The_report.failure_told) return;
+    The_report.failure_told = true;
+    ShowMessage(fmt::format("{} could not be written: {}. The report is kept in memory",
+                            Path_text(The_report.ReportFile), std::strerror(error_number)));
+}
+
+template <class Sink>
+void Each_line(std::string_view text, Sink sink) {
+    for (;;) {
+        const auto end = text.find('\n');
+        std::string_view line = text.substr(0, end);
+        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+        sink(Printable(line));
+        if (end == std::string_view::npos) return;
+        text.remove_prefix(end + 1);
+    }
+}
+
+}  // namespace
+
+void Open_report() {
+    if (The_report.ReportOpen) {
+        The_report.file.reset();
+        Open_first_stage("ab");
+        Write_header("Output appended in TARVEN mode");
+        return;
+    }
+    The_report.first_stage.clear();
+    Open_first_stage("wb");
+}
+
+void Close_report() {
+    The_report.file.reset();
+    The_report.ReportOpen = false;
+    std::vector<std::string> lines;
+    lines.swap(The_report.first_stage);
+    for (const std::string& line : lines) Write_line(line);
+}
+
+void Flush_report() {
+    Close_report();
+    Open_report();
+}
+
+std::string Backup_report() {
+    std::vector<std::string> lines = {"Copy of TMPfile"};
+    lines.insert(lines.end(), The_report.first_stage.begin(), The_report.first_stage.end());
+    const std::filesystem::path copy = The_report.ReportFile.parent_path() / "TMPcopy.txt";
+    if (The_report.ReportOpen) {
+        The_report.file.reset();
+        Open_first_stage("ab");
+    }
+    return Write_text_file(copy, lines);
+}
+
+void Write_report(std::string_view line) {
+    Each_line(line, Write_line);
+}
+
+void ShowReportLine(std::string_view line) {
+    const bool open = The_report.ReportOpen;
+    The_report.ReportOpen = false;
+    Each_line(line, Write_line);
+    The_report.ReportOpen = open;
+}
+
+void Write_header(std::string_view text) {
+    const std::string rule = "+" + std::string(text.size() + 2, '-') + "+";
+    Write_report("");
+    Write_report(rule);
+    Write_report(fmt::format("| {} |", text));
+    Write_report(rule);
+    Write_report("");
+}
+
+void Write_underlined(std::string_view text) {
+    Write_report(text);
+    Write_report(std::string(text.size(), '-'));
+}
+
+std::string Date_and_time() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    char text[32];
+    std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &local);
+    return text;
+}
+
+void Write_heading_line(std::string_view text) {
+    ShowReportLine(fmt::format("{} {}", Date_and_time(), text));
+}
+
+void Clear_report_field() {
+    The_report.OutputField.clear();
+    The_report.OutputChanged = false;
+}
+
+void Release_report_file() {
+    The_report.file.reset();
+    The_report.ReportFile.clear();
+    The_report.failure_told = false;
+}
+
+}  // namespace tarven

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarven {
+
+/// The report has two stages. Between Open_report and Close_report lines go to a text file, each
+/// at once, so that they survive a crash of a long analysis; Close_report moves them, in order,
+/// into OutputField, which is what the user reads. Lines are Latin-1; control characters in them
+/// are made harmless on the way in.
+struct ReportSink {
+    std::filesystem::path ReportFile;      ///< first stage, project.TMP
+    bool ReportOpen = false;               ///< the first stage is being written
+    std::vector<std::string> OutputField;  ///< second stage
+    bool OutputChanged = false;            ///< it has lines not saved or appended
+    bool LogOn = false;                    ///< each command is echoed into the report
+
+    /// Called with each line that reaches OutputField; the program prints it.
+    std::function<void(const std::string&)> on_line;
+
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> file{nullptr, std::fclose};
+    std::vector<std::string> first_stage;  ///< the lines of ReportFile not yet moved
+    bool failure_told = false;             ///< one message says that ReportFile is not writable
+};
+
+inline ReportSink The_report;
+
+/// Creates ReportFile anew. When the report is open already: goes on behind the lines that stand
+/// there, under the title "Output appended in TARVEN mode". Without a project the file is
+/// TARVEN.TMP in the start folder. A file that cannot be written is told once, and the lines are
+/// kept in memory alone.
+void Open_report();
+
+/// Moves the lines of the first stage into OutputField. The file stays; the next Open_report
+/// overwrites it.
+void Close_report();
+
+/// Close_report and Open_report, between the steps of a long analysis.
+void Flush_report();
+
+/// Before an analysis that may end the process: TMPcopy.txt beside ReportFile gets the title "Copy
+/// of TMPfile" and the lines of the first stage. The text of a failure, or empty.
+std::string Backup_report();
+
+/// A line into the first stage when the report is open, else straight into OutputField. A text
+/// with line ends in it is as many lines.
+void Write_report(std::string_view line);
+
+/// A line straight into OutputField.
+void ShowReportLine(std::string_view line);
+
+/// A title in a frame.
+void Write_header(std::string_view text);
+/// One line with its underline.
+void Write_underlined(std::string_view text);
+/// Date, time and a text straight into OutputField.
+void Write_heading_line(std::string_view text);
+
+/// "2026-11-21 09:30:00", local time.
+std::string Date_and_time();
+
+void Clear_report_field();
+
+/// Closes and forgets the first stage's file, before it is deleted or replaced by another
+/// project's.
+void Release_report_file();
+
+}  // namespace tarven
