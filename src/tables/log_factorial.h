@@ -8,7 +8,7 @@ namespace tarven {
 
 /// ln n!, the ground of every hypergeometric probability. 0 for n below 2. Up to 1000 a running sum
 /// of logarithms, looked up, with an error below 1e-15 relative. Above 1000 a formula of Stirling's
-/// kind, (n + 0.5) ln n - n + 0.9197541... + 1/(24 n): its constant lies 0.0008155978 above the
+/// kind, (n + 0.5) ln n - n + 0.9197541... + 1/(24 n): its constant lies 0.0008155996 above the
 /// textbook's ln(2 pi)/2 and its last term is half of the textbook's. Both are meant: the
 /// random tables of large counts rest on them.
 Extended Log_factorial(std::int64_t n);

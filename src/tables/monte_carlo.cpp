@@ -1,5 +1,6 @@
 #include "tables/monte_carlo.h"
 
+#include <algorithm>
 #include <cassert>
 #include <cmath>
 
@@ -30,8 +31,10 @@ std::vector<StratumSampler> Samplers(std::span<const ExpectedTable> strata,
                                      DrawMemory& memory) {
     std::vector<StratumSampler> samplers;
     samplers.reserve(strata.size());
+    constexpr std::int64_t most_outcomes = 1 << 20;  // some 60 MB
+    const std::int64_t share = most_outcomes / std::max<std::int64_t>(1, std::ssize(strata));
     for (const ExpectedTable& expected : strata)
-        samplers.emplace_back(expected, rule, with_gamma, memory);
+        samplers.emplace_back(expected, rule, with_gamma, memory, share);
     return samplers;
 }
 

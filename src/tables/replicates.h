@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
+#include <vector>
 
 #include "shell/numbers.h"
+#include "tables/cell_draws.h"
 #include "tables/random_stream.h"
 #include "tables/random_table.h"
 #include "tables/two_way.h"
@@ -23,29 +26,76 @@ struct StratumReplicate {
     }
 };
 
-/// Working memory of the drawing, to be reused from hypothesis to hypothesis. Holds nothing that
-/// changes a result.
-struct DrawMemory {};
+/// A run of `m` draws whose values do not matter: word := multiplier word + increment.
+struct StreamJump {
+    std::uint32_t multiplier = 1, increment = 0;
 
-/// Draws the tables of one stratum. It refers to the expected table and the memory, which must
-/// outlive it.
+    void Add_draw() {
+        multiplier *= 134775813u;
+        increment = increment * 134775813u + 1u;
+    }
+    std::uint32_t operator()(std::uint32_t word) const { return multiplier * word + increment; }
+};
+
+/// Draws the tables of one stratum, exactly those of `Random_table`, and gives for each what
+/// `Sum_of_statistic` and `Concordance_of` give. It refers to the expected table and the memory,
+/// which must outlive it.
+///
+/// Where few tables are possible the draws are kept as a tree: a node is a cell whose value is
+/// open, with its row of thresholds, and a leaf a table with its statistic and pairs. A table is
+/// then a walk down the tree; a branch is made when it is first met. Elsewhere the terms of the
+/// statistic are kept by cell and count.
 class StratumSampler {
   public:
+    /// `most_outcomes` bounds the nodes and tables that are kept.
     StratumSampler(const ExpectedTable& expected, const StatisticRule& rule, bool with_gamma,
-                   DrawMemory& memory);
+                   DrawMemory& memory, std::int64_t most_outcomes = 1 << 14);
 
-    /// One table, exactly that of `Random_table`.
+    /// One table.
     StratumReplicate Draw(RandomStream& stream);
 
     /// The same, with the table and its margins.
     StratumReplicate Draw(RandomStream& stream, TwoWayTable& table);
 
   private:
+    struct Node {
+        StreamJump jump;    ///< up to and with the draw of this cell
+        std::size_t first;  ///< of its values in threshold_, value_ and child_
+    };
+    struct Outcome {
+        StreamJump jump;  ///< over the draws that are left
+        StratumReplicate replicate;
+    };
+    struct Terms {
+        std::int32_t low = 0, length = 0;
+        std::size_t first = 0;  ///< of its terms in term_
+    };
+
+    StratumReplicate Grow(RandomStream& stream);
+    StratumReplicate Draw_apart(RandomStream& stream);
+    StratumReplicate Evaluate();
+    Extended Statistic();
+    void Prepare_terms();
+    bool Make_node(std::int32_t& link, const StreamJump& jump, std::int64_t r, std::int64_t c,
+                   std::int64_t N);
+
     const ExpectedTable* expected_;
+    DrawMemory* memory_;
     StatisticRule rule_;
-    bool with_gamma_;
+    bool with_gamma_, agree_, tree_;
     Margins margins_;
-    TwoWayTable table_;
+    std::int64_t outcomes_left_;
+
+    std::vector<std::int32_t> cells_;  ///< the last table, without margins
+
+    std::int32_t root_ = 0;  ///< a link as those of child_
+    std::vector<Node> nodes_;
+    std::vector<Outcome> outcomes_;
+    std::vector<std::int32_t> threshold_, value_;
+    std::vector<std::int32_t> child_;  ///< 0 not met, n node n-1, -n outcome n-1
+
+    std::vector<Terms> terms_;    ///< by cell
+    std::vector<Extended> term_;  ///< nan where not yet needed
 };
 
 }  // namespace tarven

@@ -8,18 +8,19 @@ namespace tarven {
 
 namespace {
 
-template <class Cell>
+/// Wide is wide enough for any sum of cells; a total that does not fit the cell wraps around.
+template <class Wide, class Cell>
 void Sum_margins(TwoWay<Cell>& t) {
     const int R = t.rows, C = t.columns;
     for (int j = 1; j <= C + 1; ++j) t(R + 1, j) = 0;
     for (int i = 1; i <= R; ++i) {
-        Cell row_total = 0;
+        Wide row_total = 0;
         for (int j = 1; j <= C; ++j) {
             row_total += t(i, j);
-            t(R + 1, j) += t(i, j);
+            t(R + 1, j) = static_cast<Cell>(Wide{t(R + 1, j)} + t(i, j));
         }
-        t(i, C + 1) = row_total;
-        t(R + 1, C + 1) += row_total;
+        t(i, C + 1) = static_cast<Cell>(row_total);
+        t(R + 1, C + 1) = static_cast<Cell>(t(R + 1, C + 1) + row_total);
     }
 }
 
@@ -40,11 +41,11 @@ ExpectedTable Expected_by(const TwoWayTable& counts, Formula formula) {
 }  // namespace
 
 void Fill_margins(TwoWayTable& counts) {
-    Sum_margins(counts);
+    Sum_margins<std::int64_t>(counts);
 }
 
 void Fill_margins(ExpectedTable& expected) {
-    Sum_margins(expected);
+    Sum_margins<double>(expected);
 }
 
 ExpectedTable Expected_under_independence(const TwoWayTable& counts) {

@@ -5,10 +5,10 @@
 
 namespace tarven {
 
-nlohmann::json Reference_figures(const std::string& file) {
+nlohmann::json Reference_figures(const std::string& file, const std::string& section) {
     std::ifstream in(std::string(TARVEN_TEST_DATA) + "/" + file);
     if (!in) throw std::runtime_error("no test data " + file);
-    return nlohmann::json::parse(in);
+    return nlohmann::json::parse(in).at(section);
 }
 
 TwoWayTable Table_of_rows(const std::vector<std::vector<int>>& rows) {
@@ -27,8 +27,7 @@ double Real_of(const nlohmann::json& value) {
 
 std::vector<ReferenceHypothesis> Reference_hypotheses() {
     std::vector<ReferenceHypothesis> result;
-    const nlohmann::json file = Reference_figures("independence_tests.json");
-    for (const nlohmann::json& entry : file.at("hypotheses")) {
+    for (const nlohmann::json& entry : Reference_figures("independence_tests.json", "hypotheses")) {
         ReferenceHypothesis h;
         h.name = entry.at("project").get<std::string>() + " " + entry.at("hyp").get<std::string>();
         h.gamma = entry.at("gamma").get<bool>();

@@ -8,8 +8,8 @@
 
 namespace tarven {
 
-/// A file of tests/data, parsed.
-nlohmann::json Reference_figures(const std::string& file);
+/// A section of a JSON file of tests/data.
+nlohmann::json Reference_figures(const std::string& file, const std::string& section);
 
 /// A table from its rows, with margins.
 TwoWayTable Table_of_rows(const std::vector<std::vector<int>>& rows);

@@ -1,0 +1,345 @@
+#include "tables/cell_draws.h"
+
+#include <algorithm>
+#include <bit>
+#include <cassert>
+#include <cmath>
+#include <limits>
+#include <numbers>
+#include <numeric>
+
+#include "tables/log_factorial.h"
+
+namespace tarven {
+
+namespace {
+
+constexpr std::size_t slot_bits = 13;
+constexpr std::size_t pool_size = 1 << 19;
+constexpr std::size_t longest_kept_row = 512;
+constexpr std::int32_t top_threshold = std::numeric_limits<std::int32_t>::max();
+
+std::size_t Offset(std::int64_t n) {
+    return static_cast<std::size_t>(n);
+}
+
+/// x rounded to the nearest integer, ties to even, for 0 <= x < 2^51, without a call.
+std::int64_t Rounded(double x) {
+    constexpr double shift = 0x1.8p52;
+    return static_cast<std::int64_t>((x + shift) - shift);
+}
+
+CellDraw Fast_cell_draw(std::int64_t r, std::int64_t c, std::int64_t N) {
+    const double share = static_cast<double>(c) / static_cast<double>(N);
+    return {r,
+            c,
+            N,
+            Rounded(share * static_cast<double>(r)),
+            std::max<std::int64_t>(0, r + c - N),
+            std::min(r, c)};
+}
+
+/// Ratios of neighbouring factorials when N is tabulated.
+struct TabulatedRatios {
+    const double* ratio;
+    const double* inverse;
+    double of(std::int64_t n) const { return ratio[n]; }
+    double inverse_of(std::int64_t n) const { return inverse[n]; }
+};
+
+/// The same for any N. Above 1000 the ratio of the stored formula is n exp(1/(24 n^2) + ...), so
+/// n + 1/(24 n) is good to n^-3, which is nothing beyond the tables.
+struct AnyRatios {
+    const FactorialFactors& factors;
+    double of(std::int64_t n) const {
+        if (n < factors.size()) return factors.ratio[Offset(n)];
+        const auto m = static_cast<double>(n);
+        return m + 1 / (24 * m);
+    }
+    double inverse_of(std::int64_t n) const { return 1 / of(n); }
+};
+
+/// The probabilities of a cell in outward order, in doubles. Up and down keep their own place.
+template <class Ratios>
+struct OutwardWalk {
+    const Ratios& ratios;
+    std::int64_t r, c, rest;  // rest: N - r - c
+    std::int64_t x_up, x_down;
+    double p_up, p_down;
+
+    OutwardWalk(const Ratios& g, const CellDraw& cell, double p0)
+        : ratios(g),
+          r(cell.r),
+          c(cell.c),
+          rest(cell.N - cell.r - cell.c),
+          x_up(cell.x0),
+          x_down(cell.x0),
+          p_up(p0),
+          p_down(p0) {}
+
+    double Up() {
+        const std::int64_t x = x_up++;
+        return p_up *= (ratios.of(r - x) * ratios.of(c - x)) *
+                       (ratios.inverse_of(x + 1) * ratios.inverse_of(rest + x + 1));
+    }
+    double Down() {
+        const std::int64_t x = x_down--;
+        return p_down *= (ratios.of(x) * ratios.of(rest + x)) *
+                         (ratios.inverse_of(r - x + 1) * ratios.inverse_of(c - x + 1));
+    }
+};
+
+/// p(x0) from the tabulated factors.
+double First_probability(const FactorialFactors& f, const CellDraw& cell) {
+    const auto [r, c, N, x, low, high] = cell;
+    const double* m = f.mantissa.data();
+    const double* v = f.inverse_mantissa.data();
+    const std::int32_t* e = f.exponent.data();
+    const std::int64_t rest = N - r - c + x;
+    const double product =
+        ((m[r] * m[N - r]) * (m[c] * m[N - c])) * ((v[x] * v[r - x]) * (v[c - x] * v[rest])) * v[N];
+    const std::int32_t power =
+        e[r] + e[N - r] + e[c] + e[N - c] - e[x] - e[r - x] - e[c - x] - e[rest] - e[N];
+    assert(power > -1000 && power < 1000 && "x0 lies at the mode, where p is no smaller than 1/N");
+    return product * std::bit_cast<double>(static_cast<std::uint64_t>(1023 + power) << 52);
+}
+
+/// Calls take(x, p) for the cell's values in outward order until it returns true or all are met.
+template <class Ratios, class Take>
+void For_each_outward(const Ratios& ratios, const CellDraw& cell, double p0, Take take) {
+    OutwardWalk<Ratios> walk(ratios, cell, p0);
+    if (take(cell.x0, p0)) return;
+    const std::int64_t below = cell.x0 - cell.low, above = cell.high - cell.x0;
+    const std::int64_t both = std::min(below, above);
+    for (std::int64_t k = 1; k <= both; ++k) {
+        if (const double p = walk.Up(); take(cell.x0 + k, p)) return;
+        if (const double p = walk.Down(); take(cell.x0 - k, p)) return;
+    }
+    for (std::int64_t k = both + 1; k <= above; ++k)
+        if (const double p = walk.Up(); take(cell.x0 + k, p)) return;
+    for (std::int64_t k = both + 1; k <= below; ++k)
+        if (const double p = walk.Down(); take(cell.x0 - k, p)) return;
+}
+
+/// The value for U; false when the bound leaves it open. U falls short of the growing sum by less
+/// and less, so the last sum below U and the first not below it are the nearest ones.
+template <class Ratios>
+bool Walk_to(const Ratios& ratios, const CellDraw& cell, double p0, double U, double bound,
+             std::int64_t& value) {
+    double missing = U, missing_before = U;
+    For_each_outward(ratios, cell, p0, [&](std::int64_t x, double p) {
+        value = x;
+        missing_before = missing;
+        missing -= p;
+        return missing <= 0;
+    });
+    if (missing > 0) return missing > bound;  // the last value stands
+    return -missing > bound && (missing_before > bound || value == cell.x0);
+}
+
+/// The prescribed cumulative sum up to and with the value number `index` of the outward order.
+Extended Prescribed_sum(const CellDraw& cell, std::size_t index) {
+    Extended sum = Cell_probability(cell, cell.x0);
+    const std::int64_t below = cell.x0 - cell.low, above = cell.high - cell.x0;
+    const std::int64_t both = std::min(below, above);
+    std::size_t done = 0;
+    for (std::int64_t k = 1; k <= both && done < index; ++k) {
+        sum += Cell_probability(cell, cell.x0 + k);
+        if (++done == index) break;
+        sum += Cell_probability(cell, cell.x0 - k);
+        ++done;
+    }
+    for (std::int64_t k = both + 1; done < index; ++k, ++done)
+        sum += Cell_probability(cell, below <= above ? cell.x0 + k : cell.x0 - k);
+    return sum;
+}
+
+std::int32_t Threshold_of_word(double word) {
+    return static_cast<std::int32_t>(static_cast<std::int64_t>(word) - 0x80000000);
+}
+
+}  // namespace
+
+double Bound_of_logs(std::int64_t N) {
+    const double L = N <= 1 ? 1 : static_cast<double>(N) * std::log(static_cast<double>(N));
+    return N <= FactorTableTop ? 0x1p-58 * L : 0x1p-49 * L;
+}
+
+void FactorialFactors::Cover(std::int64_t top) {
+    // From 1002 on the formula of AnyRatios holds, so that much is always there.
+    top = std::clamp<std::int64_t>(top, LogFactorialTableTop + 1, FactorTableTop);
+    const std::int64_t first = size();
+    if (top < first) return;
+    top = std::min(std::max(top, first + first / 2), FactorTableTop);
+    double log_before = first > 0 ? static_cast<double>(Log_factorial(first - 1)) : 0;
+    for (std::int64_t n = first; n <= top; ++n) {
+        const auto log_factorial = static_cast<double>(Log_factorial(n));
+        const Extended L = log_factorial;
+        const Extended whole = std::floor(L * std::numbers::log2e_v<Extended>);
+        const Extended m = std::exp(L - whole * std::numbers::ln2_v<Extended>);
+        mantissa.push_back(static_cast<double>(m));
+        inverse_mantissa.push_back(static_cast<double>(1 / m));
+        exponent.push_back(static_cast<std::int32_t>(whole));
+        const Extended g = std::exp(L - static_cast<Extended>(log_before));
+        ratio.push_back(static_cast<double>(g));
+        inverse_ratio.push_back(static_cast<double>(1 / g));
+        log_before = log_factorial;
+    }
+}
+
+DrawMemory::DrawMemory() : slots_(std::size_t{1} << slot_bits) {
+    Forget_rows();
+    factors_.Cover(0);
+}
+
+void DrawMemory::Forget_rows() {
+    std::fill(slots_.begin(), slots_.end(), Slot{});
+    pool_.assign(1, 0);
+}
+
+void DrawMemory::Cover(std::int64_t total) {
+    factors_.Cover(total);
+}
+
+CellRow DrawMemory::Row(const CellDraw& cell, std::size_t longest) const {
+    CellRow row;
+    if (cell.N > FactorTableTop) return row;
+    double sum = 0;
+    bool too_long = false, whole = false;
+    const double bound_of_logs = Bound_of_logs(cell.N);
+    const TabulatedRatios ratios{factors_.ratio.data(), factors_.inverse_ratio.data()};
+    For_each_outward(
+        ratios, cell, First_probability(factors_, cell), [&](std::int64_t x, double p) {
+            too_long = row.value.size() == longest;
+            if (too_long) return true;
+            const std::size_t index = row.value.size();
+            sum += p;
+            // In units of the last bit of a word.
+            double limit = sum * 0x1p32;
+            const double open = limit * Walk_bound(bound_of_logs, static_cast<std::int64_t>(index));
+            whole = limit - open >= 0xFFFFFFFF;
+            if (!whole && std::floor(limit - open) != std::floor(limit + open)) {
+                const Extended exact = Prescribed_sum(cell, index) * 0x1p32L;
+                limit = static_cast<double>(std::floor(exact));
+                whole = exact >= 0xFFFFFFFF;
+            }
+            row.value.push_back(static_cast<std::int32_t>(x));
+            row.threshold.push_back(whole ? top_threshold : Threshold_of_word(std::floor(limit)));
+            return whole;
+        });
+    if (too_long) return {};
+    row.threshold.back() = top_threshold;  // the last value stands
+    while (row.threshold.size() % 4 != 0) row.threshold.push_back(top_threshold);
+    return row;
+}
+
+void DrawMemory::Keep_row(Slot& slot, const CellDraw& cell) {
+    const CellRow row = Row(cell, longest_kept_row);
+    if (row.value.empty()) {
+        slot.row = -1;
+        return;
+    }
+    const std::size_t length = row.threshold.size();
+    if (pool_.size() + 1 + 2 * length > pool_size) {
+        Forget_rows();
+        slot = {static_cast<std::uint32_t>(cell.r), static_cast<std::uint32_t>(cell.c),
+                static_cast<std::uint32_t>(cell.N), 0};
+    }
+    slot.row = static_cast<std::int32_t>(pool_.size());
+    pool_.push_back(static_cast<std::int32_t>(length));
+    pool_.insert(pool_.end(), row.threshold.begin(), row.threshold.end());
+    pool_.insert(pool_.end(), row.value.begin(), row.value.end());
+    pool_.resize(pool_.size() + length - row.value.size());
+}
+
+std::int32_t DrawMemory::Walk(const CellDraw& cell, double U) {
+    std::int64_t value = cell.x0;
+    constexpr double bound_within_tables = 0x1p-37;  // Bound_of_logs(FactorTableTop)
+    const bool tabulated = cell.N < factors_.size();
+    const double bound = Walk_bound(tabulated ? bound_within_tables : Bound_of_logs(cell.N),
+                                    cell.high - cell.low + 1);
+    const bool sure =
+        tabulated ? Walk_to(TabulatedRatios{factors_.ratio.data(), factors_.inverse_ratio.data()},
+                            cell, First_probability(factors_, cell), U, bound, value)
+                  : Walk_to(AnyRatios{factors_}, cell,
+                            static_cast<double>(Cell_probability(cell, cell.x0)), U, bound, value);
+    if (sure) return static_cast<std::int32_t>(value);
+    ++settled_plainly;
+    return static_cast<std::int32_t>(Cell_for_uniform(cell, U));
+}
+
+std::int32_t DrawMemory::Cell(std::int64_t r, std::int64_t c, std::int64_t N, std::uint32_t word) {
+    if (r == 0) return 0;
+    if (r == N) return static_cast<std::int32_t>(c);
+    if (c == N) return static_cast<std::int32_t>(r);
+    const auto kr = static_cast<std::uint32_t>(r), kc = static_cast<std::uint32_t>(c),
+               kN = static_cast<std::uint32_t>(N);
+    Slot& slot =
+        slots_[((kr * 0x9E3779B1u) ^ (kc * 0x85EBCA77u) ^ (kN * 0xC2B2AE3Du)) >> (32 - slot_bits)];
+    if (slot.r == kr && slot.c == kc && slot.N == kN) {
+        if (slot.row == 0) Keep_row(slot, Fast_cell_draw(r, c, N));
+        if (slot.row > 0) {
+            const std::int32_t* row = pool_.data() + slot.row;
+            return row[1 + static_cast<std::size_t>(row[0]) + Index_in_row(row + 1, word)];
+        }
+    } else if (slot.row <= 0 || (++refusals_ & 15) == 0) {
+        slot = {kr, kc, kN, 0};
+    }
+    return Walk(Fast_cell_draw(r, c, N), word * 0x1p-32);
+}
+
+bool Margins_agree(const Margins& margins) {
+    const auto fits = [&](const std::vector<std::int64_t>& sums) {
+        return !sums.empty() &&
+               std::all_of(sums.begin(), sums.end(), [](auto n) { return n >= 0; }) &&
+               std::accumulate(sums.begin(), sums.end(), std::int64_t{0}) == margins.total;
+    };
+    return fits(margins.row) && fits(margins.column) &&
+           margins.total <= std::numeric_limits<std::int32_t>::max();
+}
+
+RandomStream Draw_cells(const Margins& margins, RandomStream stream, DrawMemory& memory,
+                        std::int32_t* cells) {
+    const std::size_t R = margins.row.size(), C = margins.column.size();
+    std::int32_t* left = cells + (R - 1) * C;  // what each column still has to get: the last row
+    for (std::size_t j = 0; j < C; ++j) left[j] = static_cast<std::int32_t>(margins.column[j]);
+    std::int64_t below = margins.total;  // what the rows from here on get
+    std::int32_t* row = cells;
+    for (std::size_t i = 0; i + 1 < R; ++i, row += C) {
+        std::int64_t r = margins.row[i];
+        std::int64_t N = below;
+        below -= r;
+        if (r == 0) {
+            std::fill(row, row + C, 0);
+            continue;
+        }
+        for (std::size_t j = 0; j + 1 < C; ++j) {
+            const std::int64_t c = left[j];
+            const std::int32_t x = c == 0 ? 0 : memory.Cell(r, c, N, Random_word(stream));
+            row[j] = x;
+            r -= x;
+            N -= c;
+            left[j] -= x;
+        }
+        row[C - 1] = static_cast<std::int32_t>(r);
+        left[C - 1] -= static_cast<std::int32_t>(r);
+    }
+    return stream;
+}
+
+void Draw_table(const Margins& margins, RandomStream& stream, DrawMemory& memory,
+                TwoWayTable& table) {
+    if (!Margins_agree(margins)) {
+        Random_table(margins, stream, table);
+        return;
+    }
+    memory.Cover(margins.total);
+    const int R = table.rows, C = table.columns;
+    std::vector<std::int32_t> cells(static_cast<std::size_t>(R) * static_cast<std::size_t>(C));
+    stream = Draw_cells(margins, stream, memory, cells.data());
+    for (int i = 1; i <= R; ++i)
+        std::copy_n(cells.data() + Offset(i - 1) * Offset(C), C, table.Row(i));
+    Fill_margins(table);
+}
+
+}  // namespace tarven

@@ -1,0 +1,119 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "tables/random_table.h"
+
+namespace tarven {
+
+/// The fast road to the cells of random tables: every draw is exactly that of `Cell_for_uniform`,
+/// at a tenth of its cost. Two means:
+///
+/// - The probabilities are walked by their ratio p(x+1)/p(x) in doubles. The ratio is that of the
+///   stored log factorials, not the textbook's quotient, since above 1000 these differ. The sum so
+///   made is within a proven bound of the prescribed one (see Walk_bound). Only where U lies within
+///   the bound of a cumulative probability is the prescribed sum made; that is rare.
+/// - A uniform number is a word of 32 bits, so the cumulative probabilities of a cell can be kept
+/// as
+///   words: value k is drawn when the word is above threshold k-1 and not above threshold k. Such
+///   rows are exact, since a threshold that the bound leaves open is settled by the prescribed sum.
+
+/// exp of the stored log factorials, split so that products of nine neither overflow nor lose
+/// digits.
+struct FactorialFactors {
+    std::vector<double> mantissa;          ///< n! = mantissa 2^exponent, in [1, 2)
+    std::vector<double> inverse_mantissa;  ///< 1 / mantissa
+    std::vector<std::int32_t> exponent;
+    std::vector<double> ratio;          ///< n! / (n-1)!: n, but for rounding and beyond 1000
+    std::vector<double> inverse_ratio;  ///< 1 / ratio
+
+    std::int64_t size() const { return static_cast<std::int64_t>(ratio.size()); }
+    /// Makes the tables cover 0..top; they never shrink.
+    void Cover(std::int64_t top);
+};
+
+/// Totals up to here are tabulated; larger ones take their ratios from a formula.
+inline constexpr std::int64_t FactorTableTop = 1 << 17;
+
+/// The cumulative distribution of one cell in words: `threshold` holds word - 2^31 as a signed
+/// number, padded to a multiple of four by the largest one, which is also the last of the row.
+struct CellRow {
+    std::vector<std::int32_t> threshold;
+    std::vector<std::int32_t> value;
+};
+
+/// The index of the value that a word draws: how many thresholds lie below it.
+inline std::size_t Index_in_row(const std::int32_t* threshold, std::uint32_t word) {
+    const auto w = static_cast<std::int32_t>(word ^ 0x80000000u);
+    for (std::size_t k = 0;; k += 4) {
+        const int below = (threshold[k] < w) + (threshold[k + 1] < w) + (threshold[k + 2] < w) +
+                          (threshold[k + 3] < w);
+        if (below < 4) return k + static_cast<std::size_t>(below);
+    }
+}
+
+/// Working memory of the drawing, to be reused from hypothesis to hypothesis: tables of factors and
+/// rows of cells met before. Nothing in it changes a result.
+class DrawMemory {
+  public:
+    DrawMemory();
+
+    /// Prepares for tables of this total.
+    void Cover(std::int64_t total);
+
+    /// The value that a word draws for a cell with r, c and N left, N >= 1, 0 <= r, c <= N, and N
+    /// covered.
+    std::int32_t Cell(std::int64_t r, std::int64_t c, std::int64_t N, std::uint32_t word);
+
+    /// The whole row of a cell, or an empty one when it would be longer than `longest` values.
+    CellRow Row(const CellDraw& cell, std::size_t longest) const;
+
+    /// How often the prescribed sum had to decide; for tests and figures.
+    std::int64_t settled_plainly = 0;
+
+  private:
+    struct Slot {
+        std::uint32_t r = 0, c = 0, N = 0;
+        std::int32_t row = 0;  ///< 0: met once; else where its row begins in the pool
+    };
+    std::int32_t Walk(const CellDraw& cell, double U);
+    void Keep_row(Slot& slot, const CellDraw& cell);
+    void Forget_rows();
+
+    FactorialFactors factors_;
+    std::vector<Slot> slots_;
+    std::vector<std::int32_t> pool_;  ///< rows: length, thresholds, values
+    std::uint32_t refusals_ = 0;
+};
+
+/// What the ratio walk may be off, relative to the prescribed sum, after `terms` terms:
+/// with stored logs L up to ln N! and u = 2^-53
+/// - the prescribed exponent is a sum of nine logs with partial sums up to 2L in 64 bits: 2^-60 L;
+/// - each tabulated mantissa carries L 2^-63 from its reduction by ln 2: 2^-59 L for nine;
+/// - nine mantissas, eight products: 17u; four ratios and four products a step, and a sum: 9u a
+/// term;
+/// - beyond the tables the ratio does not know how the logs were rounded: 9 uL.
+/// The result bounds their sum; sums of probabilities are at most 1, so it holds absolutely too.
+inline double Walk_bound(double bound_of_logs, std::int64_t terms) {
+    return bound_of_logs + 0x1p-49 * static_cast<double>(terms + 2);
+}
+/// The part of the logs, for L <= N ln N.
+double Bound_of_logs(std::int64_t N);
+
+/// Whether rows and columns are not negative and both sum to the total, as margins of counts do.
+/// Margins of fitted tables may fail it by rounding; they are drawn by the plain arithmetic.
+bool Margins_agree(const Margins& margins);
+
+/// Draws the cells of a table, the same from the same numbers as `Random_table`, row by row into
+/// cells[0..R*C-1]. The margins must agree and their total be covered. Returns the advanced stream.
+RandomStream Draw_cells(const Margins& margins, RandomStream stream, DrawMemory& memory,
+                        std::int32_t* cells);
+
+/// A table with its margins, as `Random_table` draws it, whatever the margins.
+void Draw_table(const Margins& margins, RandomStream& stream, DrawMemory& memory,
+                TwoWayTable& table);
+
+}  // namespace tarven
