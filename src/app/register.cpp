@@ -1,11 +1,14 @@
 #include "app/register.h"
 
+#include "shell/commands.h"
+#include "shell/shell_commands.h"
 #include "shell/workspace.h"
 
 namespace tarven {
 
 void Register_all() {
     Register_shell_lifecycle();
+    Register_shell_commands();
     Init_workspace();
 }
 

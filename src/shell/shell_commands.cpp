@@ -1,0 +1,150 @@
+#include "shell/shell_commands.h"
+
+#include <unistd.h>
+
+#include <random>
+
+#include "shell/commands.h"
+#include "shell/environment.h"
+#include "shell/help.h"
+#include "shell/later_commands.h"
+#include "shell/limits_report.h"
+#include "shell/parsed_line.h"
+#include "shell/report.h"
+#include "shell/session.h"
+#include "shell/test_settings_commands.h"
+#include "shell/user.h"
+
+namespace tarven {
+
+namespace {
+
+void Write_all(const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) Write_report(line);
+}
+
+/// A source of its own, so that the stream of the tests is not disturbed; without a person always
+/// the first saying, so that two runs of a command file give the same report.
+double Random_saying() {
+    if (!The_user.user.ask_user) return 0;
+    std::random_device device;
+    return std::uniform_real_distribution<double>(0, 1)(device);
+}
+
+void Show_limits() {
+    Limits_report();
+    Write_all(Quotation(Random_saying()));
+}
+
+void Show_news() {
+    Write_header("Additions to TARVEN by version");
+    Write_all({"Version 0.1",
+               "  Projects of plain text files open with every check (OPE, REO, BAT, CMD, RUN).",
+               "  Tables of two to eight variables, conditional independence by chi-square-type",
+               "  statistics and partial gamma, asymptotic and Monte Carlo exact p-values.",
+               "  Local analysis, homogeneity of gammas, Mantel-Haenszel, pseudo gamma, kappa,",
+               "  Benjamini-Hochberg limits.",
+               "  Reports, project and data files are UTF-8; Latin-1 is read as well."});
+}
+
+Outcome SHOW() {
+    return Run_letters(LetterCommand::show, "SHOW");
+}
+
+Outcome DISPOSE() {
+    return Run_letters(LetterCommand::dispose, "DISPOSE");
+}
+
+Outcome AUTOMATIC() {
+    The_session.AUTOMATIC = !The_session.AUTOMATIC;
+    Write_report(The_session.AUTOMATIC ? "Automatic turned on" : "Automatic turned off");
+    SetStatus(6, The_session.AUTOMATIC ? "Automatic" : "");
+    return Outcome::done;
+}
+
+Outcome HELP() {
+    Write_header("Commands");
+    Write_all(Command_list());
+    Write_report("");
+    Write_report(
+        "Three letters of a command are enough. A command and \"?\" tells its parameters.");
+    return Outcome::done;
+}
+
+}  // namespace
+
+void Toggle_log() {
+    The_report.LogOn = !The_report.LogOn;
+    ShowMessage(The_report.LogOn ? "Logon turned on" : "Logon turned off");
+}
+
+void Register_shell_commands() {
+    Register_later_commands();
+    Register_test_settings_commands();
+
+    Register_command(
+        {.keyword = "SHO",
+         .run = SHOW,
+         .spelling = "SHOW",
+         .summary = "writes parts of the workspace into the report",
+         .help = "SHOW letters\n"
+                 "\n"
+                 "  V  variables and categories, comments, relationships\n"
+                 "  L  the limits of the system\n"
+                 "  P  the project log\n"
+                 "  N  additions by version\n"
+                 "  E  the environment: what is in memory, how tests are made\n"
+                 "  D  the data source\n"
+                 "  T  the current table\n"
+                 "  C  the comments of the project\n"
+                 "  H  the hypotheses\n"
+                 "  G, R, I, S, B  graphs, items, scores and beliefs (not available yet)\n"
+                 "\n"
+                 "Several letters may stand in one line; they are shown in the order G V L P N R\n"
+                 "E D T C H I S B.\n"
+                 "\n"
+                 "Example: SHO VD"});
+    Register_command({.keyword = "DIS",
+                      .run = DISPOSE,
+                      .spelling = "DISPOSE",
+                      .summary = "gives up parts of the workspace",
+                      .help = "DISPOSE letters\n"
+                              "\n"
+                              "  O  clears the report field\n"
+                              "  T  gives up the current table and its hypotheses\n"
+                              "  I, E, B  items, exogenous variables, beliefs (not available yet)\n"
+                              "\n"
+                              "Example: DIS T"});
+    Register_command({.keyword = "AUT",
+                      .run = AUTOMATIC,
+                      .report = Report::opened,
+                      .spelling = "AUTOMATIC",
+                      .summary = "turns automatic answers on or off",
+                      .help =
+                          "AUTOMATIC\n"
+                          "\n"
+                          "In automatic mode yes-or-no questions are answered by yes without\n"
+                          "being asked, and APP clears the report after appending. Messages are\n"
+                          "still shown. A second AUT turns it off."});
+    Register_command({.keyword = "HEL",
+                      .run = HELP,
+                      .report = Report::opened,
+                      .spelling = "HELP",
+                      .summary = "lists all commands",
+                      .help =
+                          "HELP\n\nLists all commands with one line each. \"TAB ?\" tells more of\n"
+                          "one command."});
+    Register_command({.keyword = "S15",
+                      .run = [] { return Outcome::done; },
+                      .summary = "is accepted and does nothing",
+                      .hidden = true});
+
+    Register_letter(LetterCommand::show, {.letter = 'L', .run = Show_limits});
+    Register_letter(LetterCommand::show, {.letter = 'N', .run = Show_news});
+    Register_letter(LetterCommand::show,
+                    {.letter = 'E', .run = [] { Write_all(Environment_lines()); }});
+    Register_letter(LetterCommand::dispose,
+                    {.letter = 'O', .run = Clear_report_field, .report = Report::none});
+}
+
+}  // namespace tarven
