@@ -1,6 +1,7 @@
 #include "tables/cell_draws.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cassert>
 #include <cmath>
@@ -14,9 +15,11 @@ namespace tarven {
 
 namespace {
 
-constexpr std::size_t slot_bits = 13;
-constexpr std::size_t pool_size = 1 << 19;
-constexpr std::size_t longest_kept_row = 512;
+// Slots and rows together should stay within a second-level cache.
+constexpr std::size_t slot_bits = 12;
+constexpr std::size_t pool_size = 1 << 16;
+constexpr std::size_t longest_kept_row = 256;
+constexpr std::int16_t met_often = 4;
 constexpr std::int32_t top_threshold = std::numeric_limits<std::int32_t>::max();
 
 std::size_t Offset(std::int64_t n) {
@@ -52,7 +55,7 @@ struct TabulatedRatios {
 struct AnyRatios {
     const FactorialFactors& factors;
     double of(std::int64_t n) const {
-        if (n < factors.size()) return factors.ratio[Offset(n)];
+        if (n < factors.size()) return n > 0 ? factors.ratio()[n] : 0;
         const auto m = static_cast<double>(n);
         return m + 1 / (24 * m);
     }
@@ -121,20 +124,62 @@ void For_each_outward(const Ratios& ratios, const CellDraw& cell, double p0, Tak
         if (const double p = walk.Down(); take(cell.x0 - k, p)) return;
 }
 
-/// The value for U; false when the bound leaves it open. U falls short of the growing sum by less
-/// and less, so the last sum below U and the first not below it are the nearest ones.
+/// Goes on value by value after k pairs with the given sum, which is below U.
 template <class Ratios>
-bool Walk_to(const Ratios& ratios, const CellDraw& cell, double p0, double U, double bound,
-             std::int64_t& value) {
-    double missing = U, missing_before = U;
-    For_each_outward(ratios, cell, p0, [&](std::int64_t x, double p) {
-        value = x;
+bool Walk_on(OutwardWalk<Ratios>& walk, const CellDraw& cell, std::int64_t k, std::int64_t both,
+             std::int64_t longer, double sum, double U, double bound, std::int32_t& index) {
+    const bool upwards = cell.high - cell.x0 >= cell.x0 - cell.low;
+    double missing = U - sum, missing_before = missing;
+    index = static_cast<std::int32_t>(k <= both ? 2 * k : both + std::min(k, longer));
+    const auto taken = [&](double p) {
+        ++index;
         missing_before = missing;
         missing -= p;
         return missing <= 0;
-    });
-    if (missing > 0) return missing > bound;  // the last value stands
-    return -missing > bound && (missing_before > bound || value == cell.x0);
+    };
+    for (++k; k <= both; ++k)
+        if (taken(walk.Up()) || taken(walk.Down()))
+            return -missing > bound && missing_before > bound;
+    for (; k <= longer; ++k)
+        if (taken(upwards ? walk.Up() : walk.Down()))
+            return -missing > bound && missing_before > bound;
+    return missing > bound;  // the last value stands
+}
+
+/// The index for U in the outward order; false when the bound leaves it open. Four pairs of values
+/// are summed at a time without a branch. The first four may run beyond the range of the cell,
+/// where they add nothing.
+template <class Ratios>
+bool Walk_to(const Ratios& ratios, const CellDraw& cell, double p0, double U, double bound,
+             std::int32_t& index) {
+    OutwardWalk<Ratios> walk(ratios, cell, p0);
+    const std::int64_t below = cell.x0 - cell.low, above = cell.high - cell.x0;
+    const std::int64_t both = std::min(below, above), longer = std::max(below, above);
+    constexpr int group = 4;
+    std::array<double, 1 + 2 * group> sum;
+    sum[0] = p0;
+    index = 0;
+    std::int64_t k = 0;
+    do {
+        for (int step = 1; step <= group; ++step) {
+            sum[2 * step - 1] = sum[2 * step - 2] + walk.Up();
+            sum[2 * step] = sum[2 * step - 1] + walk.Down();
+        }
+        int short_of_U = 0;
+        for (const double s : sum) short_of_U += s < U;
+        if (short_of_U <= 2 * group) {
+            const std::int64_t alternating = 2 * k + short_of_U;
+            index = static_cast<std::int32_t>(
+                alternating <= 2 * both ? alternating : both + (alternating + 1) / 2);
+            const double over = sum[static_cast<std::size_t>(short_of_U)] - U;
+            const double missing =
+                short_of_U == 0 ? 1 : U - sum[static_cast<std::size_t>(short_of_U - 1)];
+            return over > bound && missing > bound;
+        }
+        k += group;
+        sum[0] = sum[2 * group];
+    } while (k + group <= both);
+    return Walk_on(walk, cell, k, both, longer, sum[0], U, bound, index);
 }
 
 /// The prescribed cumulative sum up to and with the value number `index` of the outward order.
@@ -181,7 +226,7 @@ void FactorialFactors::Cover(std::int64_t top) {
         inverse_mantissa.push_back(static_cast<double>(1 / m));
         exponent.push_back(static_cast<std::int32_t>(whole));
         const Extended g = std::exp(L - static_cast<Extended>(log_before));
-        ratio.push_back(static_cast<double>(g));
+        padded_ratio.push_back(n > 0 ? static_cast<double>(g) : 0);
         inverse_ratio.push_back(static_cast<double>(1 / g));
         log_before = log_factorial;
     }
@@ -194,76 +239,77 @@ DrawMemory::DrawMemory() : slots_(std::size_t{1} << slot_bits) {
 
 void DrawMemory::Forget_rows() {
     std::fill(slots_.begin(), slots_.end(), Slot{});
-    pool_.assign(1, 0);
+    pool_.assign(4, 0);
 }
 
 void DrawMemory::Cover(std::int64_t total) {
-    factors_.Cover(total);
+    // A walk may look a few values beyond its range.
+    factors_.Cover(total + static_cast<std::int64_t>(FactorialFactors::Margin));
 }
 
-CellRow DrawMemory::Row(const CellDraw& cell, std::size_t longest) const {
-    CellRow row;
-    if (cell.N > FactorTableTop) return row;
-    double sum = 0;
-    bool too_long = false, whole = false;
+bool DrawMemory::Row(const CellDraw& cell, std::size_t longest, CellRow& row) const {
+    row.threshold.clear();
+    if (cell.N >= factors_.size()) return false;
     const double bound_of_logs = Bound_of_logs(cell.N);
-    const TabulatedRatios ratios{factors_.ratio.data(), factors_.inverse_ratio.data()};
+    double sum = 0;
+    bool too_long = false;
     For_each_outward(
-        ratios, cell, First_probability(factors_, cell), [&](std::int64_t x, double p) {
-            too_long = row.value.size() == longest;
+        TabulatedRatios{factors_.ratio(), factors_.inverse_ratio.data()}, cell,
+        First_probability(factors_, cell), [&](std::int64_t, double p) {
+            const std::size_t index = row.threshold.size();
+            too_long = index == longest;
             if (too_long) return true;
-            const std::size_t index = row.value.size();
             sum += p;
-            // In units of the last bit of a word.
-            double limit = sum * 0x1p32;
+            double limit = sum * 0x1p32;  // in units of the last bit of a word
             const double open = limit * Walk_bound(bound_of_logs, static_cast<std::int64_t>(index));
-            whole = limit - open >= 0xFFFFFFFF;
+            bool whole = limit - open >= 0xFFFFFFFF;
             if (!whole && std::floor(limit - open) != std::floor(limit + open)) {
                 const Extended exact = Prescribed_sum(cell, index) * 0x1p32L;
                 limit = static_cast<double>(std::floor(exact));
                 whole = exact >= 0xFFFFFFFF;
             }
-            row.value.push_back(static_cast<std::int32_t>(x));
             row.threshold.push_back(whole ? top_threshold : Threshold_of_word(std::floor(limit)));
             return whole;
         });
-    if (too_long) return {};
+    if (too_long) return false;
+    row.length = static_cast<std::int32_t>(row.threshold.size());
     row.threshold.back() = top_threshold;  // the last value stands
-    while (row.threshold.size() % 4 != 0) row.threshold.push_back(top_threshold);
-    return row;
+    while (row.threshold.size() % RowStep != 0) row.threshold.push_back(top_threshold);
+    return true;
 }
 
 void DrawMemory::Keep_row(Slot& slot, const CellDraw& cell) {
-    const CellRow row = Row(cell, longest_kept_row);
-    if (row.value.empty()) {
-        slot.row = -1;
+    if (!Row(cell, longest_kept_row, scratch_)) {
+        slot.met = -30000;  // not soon again
         return;
     }
-    const std::size_t length = row.threshold.size();
-    if (pool_.size() + 1 + 2 * length > pool_size) {
+    if (pool_.size() + 4 + scratch_.threshold.size() > pool_size) {
+        const Slot same = slot;
         Forget_rows();
-        slot = {static_cast<std::uint32_t>(cell.r), static_cast<std::uint32_t>(cell.c),
-                static_cast<std::uint32_t>(cell.N), 0};
+        slot = same;
     }
-    slot.row = static_cast<std::int32_t>(pool_.size());
-    pool_.push_back(static_cast<std::int32_t>(length));
-    pool_.insert(pool_.end(), row.threshold.begin(), row.threshold.end());
-    pool_.insert(pool_.end(), row.value.begin(), row.value.end());
-    pool_.resize(pool_.size() + length - row.value.size());
+    slot.row = static_cast<std::uint16_t>(pool_.size() / 4);
+    const std::int64_t below = cell.x0 - cell.low, above = cell.high - cell.x0;
+    pool_.push_back(static_cast<std::int32_t>(cell.x0));
+    pool_.push_back(static_cast<std::int32_t>(std::min(below, above)));
+    pool_.push_back(below <= above);
+    pool_.push_back(0);
+    pool_.insert(pool_.end(), scratch_.threshold.begin(), scratch_.threshold.end());
 }
 
 std::int32_t DrawMemory::Walk(const CellDraw& cell, double U) {
-    std::int64_t value = cell.x0;
     constexpr double bound_within_tables = 0x1p-37;  // Bound_of_logs(FactorTableTop)
-    const bool tabulated = cell.N < factors_.size();
+    const std::int64_t Margin = FactorialFactors::Margin;
+    const bool tabulated = cell.N + Margin <= factors_.size();
     const double bound = Walk_bound(tabulated ? bound_within_tables : Bound_of_logs(cell.N),
                                     cell.high - cell.low + 1);
+    std::int32_t index = 0;
     const bool sure =
-        tabulated ? Walk_to(TabulatedRatios{factors_.ratio.data(), factors_.inverse_ratio.data()},
-                            cell, First_probability(factors_, cell), U, bound, value)
+        tabulated ? Walk_to(TabulatedRatios{factors_.ratio(), factors_.inverse_ratio.data()}, cell,
+                            First_probability(factors_, cell), U, bound, index)
                   : Walk_to(AnyRatios{factors_}, cell,
-                            static_cast<double>(Cell_probability(cell, cell.x0)), U, bound, value);
-    if (sure) return static_cast<std::int32_t>(value);
+                            static_cast<double>(Cell_probability(cell, cell.x0)), U, bound, index);
+    if (sure) return Outward_value(cell, index);
     ++settled_plainly;
     return static_cast<std::int32_t>(Cell_for_uniform(cell, U));
 }
@@ -277,13 +323,15 @@ std::int32_t DrawMemory::Cell(std::int64_t r, std::int64_t c, std::int64_t N, st
     Slot& slot =
         slots_[((kr * 0x9E3779B1u) ^ (kc * 0x85EBCA77u) ^ (kN * 0xC2B2AE3Du)) >> (32 - slot_bits)];
     if (slot.r == kr && slot.c == kc && slot.N == kN) {
-        if (slot.row == 0) Keep_row(slot, Fast_cell_draw(r, c, N));
-        if (slot.row > 0) {
-            const std::int32_t* row = pool_.data() + slot.row;
-            return row[1 + static_cast<std::size_t>(row[0]) + Index_in_row(row + 1, word)];
+        if (slot.row == 0 && ++slot.met == met_often) Keep_row(slot, Fast_cell_draw(r, c, N));
+        if (slot.row != 0) {
+            const std::int32_t* row = pool_.data() + 4 * std::size_t{slot.row};
+            const auto index = static_cast<std::int32_t>(Index_in_row(row + 4, word));
+            slot.met = 4 * met_often;
+            return Outward_value(row[0], row[1], row[2] != 0, index);
         }
-    } else if (slot.row <= 0 || (++refusals_ & 15) == 0) {
-        slot = {kr, kc, kN, 0};
+    } else if (--slot.met <= 0) {
+        slot = {kr, kc, kN, 1, 0};
     }
     return Walk(Fast_cell_draw(r, c, N), word * 0x1p-32);
 }

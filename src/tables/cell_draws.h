@@ -27,10 +27,14 @@ struct FactorialFactors {
     std::vector<double> mantissa;          ///< n! = mantissa 2^exponent, in [1, 2)
     std::vector<double> inverse_mantissa;  ///< 1 / mantissa
     std::vector<std::int32_t> exponent;
-    std::vector<double> ratio;          ///< n! / (n-1)!: n, but for rounding and beyond 1000
-    std::vector<double> inverse_ratio;  ///< 1 / ratio
+    std::vector<double> inverse_ratio;  ///< (n-1)! / n!: 1/n, but for rounding and beyond 1000
+    /// n! / (n-1)!, after `Margin` zeros: a walk may run a few values beyond the range of its cell,
+    /// where the ratio to a negative number makes the probability 0.
+    std::vector<double> padded_ratio = std::vector<double>(Margin);
+    static constexpr std::size_t Margin = 8;
 
-    std::int64_t size() const { return static_cast<std::int64_t>(ratio.size()); }
+    const double* ratio() const { return padded_ratio.data() + Margin; }
+    std::int64_t size() const { return static_cast<std::int64_t>(inverse_ratio.size()); }
     /// Makes the tables cover 0..top; they never shrink.
     void Cover(std::int64_t top);
 };
@@ -39,20 +43,38 @@ struct FactorialFactors {
 inline constexpr std::int64_t FactorTableTop = 1 << 17;
 
 /// The cumulative distribution of one cell in words: `threshold` holds word - 2^31 as a signed
-/// number, padded to a multiple of four by the largest one, which is also the last of the row.
+/// number, padded to a multiple of RowStep by the largest one, which is also the last of the row.
 struct CellRow {
     std::vector<std::int32_t> threshold;
-    std::vector<std::int32_t> value;
+    std::int32_t length = 0;  ///< values, without the padding
 };
+
+/// Rows are searched, and padded, in steps of so many thresholds.
+inline constexpr std::size_t RowStep = 8;
 
 /// The index of the value that a word draws: how many thresholds lie below it.
 inline std::size_t Index_in_row(const std::int32_t* threshold, std::uint32_t word) {
     const auto w = static_cast<std::int32_t>(word ^ 0x80000000u);
-    for (std::size_t k = 0;; k += 4) {
-        const int below = (threshold[k] < w) + (threshold[k + 1] < w) + (threshold[k + 2] < w) +
-                          (threshold[k + 3] < w);
-        if (below < 4) return k + static_cast<std::size_t>(below);
+    for (std::size_t k = 0;; k += RowStep) {
+        std::int32_t below = 0;
+        for (std::size_t i = 0; i < RowStep; ++i) below += threshold[k + i] < w;
+        if (below < static_cast<std::int32_t>(RowStep)) return k + static_cast<std::size_t>(below);
     }
+}
+
+/// The value at an index of the outward order x0, x0+1, x0-1, ..., which alternates up to 2 `both`
+/// and then keeps to one side.
+inline std::int32_t Outward_value(std::int32_t x0, std::int32_t both, bool upwards,
+                                  std::int32_t index) {
+    if (index > 2 * both) return upwards ? x0 + index - both : x0 - (index - both);
+    const std::int32_t step = (index + 1) / 2;
+    return index % 2 == 1 ? x0 + step : x0 - step;
+}
+inline std::int32_t Outward_value(const CellDraw& cell, std::int32_t index) {
+    const std::int64_t below = cell.x0 - cell.low, above = cell.high - cell.x0;
+    return Outward_value(static_cast<std::int32_t>(cell.x0),
+                         static_cast<std::int32_t>(below < above ? below : above), below <= above,
+                         index);
 }
 
 /// Working memory of the drawing, to be reused from hypothesis to hypothesis: tables of factors and
@@ -68,16 +90,19 @@ class DrawMemory {
     /// covered.
     std::int32_t Cell(std::int64_t r, std::int64_t c, std::int64_t N, std::uint32_t word);
 
-    /// The whole row of a cell, or an empty one when it would be longer than `longest` values.
-    CellRow Row(const CellDraw& cell, std::size_t longest) const;
+    /// Fills the whole row of a cell. False when it would be longer than `longest` values, or N is
+    /// not tabulated.
+    bool Row(const CellDraw& cell, std::size_t longest, CellRow& row) const;
 
     /// How often the prescribed sum had to decide; for tests and figures.
     std::int64_t settled_plainly = 0;
 
   private:
+    /// A cell that was met, and where its row begins in the pool once it was met often.
     struct Slot {
         std::uint32_t r = 0, c = 0, N = 0;
-        std::int32_t row = 0;  ///< 0: met once; else where its row begins in the pool
+        std::int16_t met = 0;
+        std::uint16_t row = 0;  ///< in units of four numbers; 0: none
     };
     std::int32_t Walk(const CellDraw& cell, double U);
     void Keep_row(Slot& slot, const CellDraw& cell);
@@ -85,8 +110,8 @@ class DrawMemory {
 
     FactorialFactors factors_;
     std::vector<Slot> slots_;
-    std::vector<std::int32_t> pool_;  ///< rows: length, thresholds, values
-    std::uint32_t refusals_ = 0;
+    std::vector<std::int32_t> pool_;  ///< rows: x0, both, upwards, 0, and the thresholds
+    CellRow scratch_;
 };
 
 /// What the ratio walk may be off, relative to the prescribed sum, after `terms` terms:

@@ -153,14 +153,16 @@ StratumReplicate StratumSampler::Draw_apart(RandomStream& stream) {
 bool StratumSampler::Make_node(std::int32_t& link, const StreamJump& jump, std::int64_t r,
                                std::int64_t c, std::int64_t N) {
     constexpr std::size_t longest = 2048;
-    const CellRow row = memory_->Row(Cell_draw(r, c, N), longest);
+    const CellDraw cell = Cell_draw(r, c, N);
+    CellRow row;
+    if (!memory_->Row(cell, longest, row)) return false;
     const auto size = static_cast<std::int64_t>(row.threshold.size());
-    if (row.value.empty() || outcomes_left_ < size) return false;
+    if (outcomes_left_ < size) return false;
     outcomes_left_ -= size;
     nodes_.push_back({jump, threshold_.size()});
     link = static_cast<std::int32_t>(nodes_.size());
     threshold_.insert(threshold_.end(), row.threshold.begin(), row.threshold.end());
-    value_.insert(value_.end(), row.value.begin(), row.value.end());
+    for (std::int32_t k = 0; k < row.length; ++k) value_.push_back(Outward_value(cell, k));
     value_.resize(threshold_.size());
     return true;
 }

@@ -94,13 +94,14 @@ TEST(RandomTable, FastDrawsEqualPlainDrawsAtTheEdgesOfTheSteps) {
         const std::int64_t r = 1 + static_cast<std::int64_t>(random()) % (N - 1);
         const std::int64_t c = 1 + static_cast<std::int64_t>(random()) % (N - 1);
         const CellDraw cell = Cell_draw(r, c, N);
-        const CellRow row = memory.Row(cell, 100000);
-        ASSERT_FALSE(row.value.empty());
-        for (std::size_t v = 0; v < std::min<std::size_t>(row.value.size(), 12); ++v) {
+        CellRow row;
+        ASSERT_TRUE(memory.Row(cell, 100000, row));
+        for (std::size_t v = 0; v < std::min<std::size_t>(row.threshold.size(), 12); ++v) {
             const std::uint32_t edge = static_cast<std::uint32_t>(row.threshold[v]) ^ 0x80000000u;
             for (const std::uint32_t word : {edge - 1, edge, edge + 1}) {
                 const std::int64_t plain = Cell_for_uniform(cell, word * 0x1p-32);
-                ASSERT_EQ(row.value[Index_in_row(row.threshold.data(), word)], plain)
+                const std::size_t index = Index_in_row(row.threshold.data(), word);
+                ASSERT_EQ(Outward_value(cell, static_cast<std::int32_t>(index)), plain)
                     << r << ' ' << c << ' ' << N << ' ' << word;
                 DrawMemory fresh;  // walks: nothing has been met before
                 fresh.Cover(N);
