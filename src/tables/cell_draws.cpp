@@ -19,7 +19,8 @@ namespace {
 constexpr std::size_t slot_bits = 12;
 constexpr std::size_t pool_size = 1 << 16;
 constexpr std::size_t longest_kept_row = 256;
-constexpr std::int16_t met_often = 4;
+constexpr std::int32_t met_often = 4;
+constexpr std::int64_t longest_kept_margin = 65535;
 constexpr std::int32_t top_threshold = std::numeric_limits<std::int32_t>::max();
 
 std::size_t Offset(std::int64_t n) {
@@ -91,6 +92,16 @@ struct OutwardWalk {
                          (ratios.inverse_of(r - x + 1) * ratios.inverse_of(c - x + 1));
     }
 };
+
+/// The value at an index of the outward order x0, x0+1, x0-1, ..., which alternates as long as both
+/// sides last and then keeps to one.
+std::int32_t Outward_value(const CellDraw& cell, std::int64_t index) {
+    const std::int64_t below = cell.x0 - cell.low, above = cell.high - cell.x0;
+    const std::int64_t both = std::min(below, above);
+    const bool upwards = index > 2 * both ? below <= above : index % 2 == 1;
+    const std::int64_t step = index > 2 * both ? index - both : (index + 1) / 2;
+    return static_cast<std::int32_t>(upwards ? cell.x0 + step : cell.x0 - step);
+}
 
 /// p(x0) from the tabulated factors.
 double First_probability(const FactorialFactors& f, const CellDraw& cell) {
@@ -205,6 +216,13 @@ std::int32_t Threshold_of_word(double word) {
 
 }  // namespace
 
+void CellRow::Push(std::int32_t threshold, std::int32_t value) {
+    if (length % 8 == 0) groups.resize(groups.size() + 16, top_threshold);
+    Threshold(length) = threshold;
+    Value(length) = value;
+    ++length;
+}
+
 double Bound_of_logs(std::int64_t N) {
     const double L = N <= 1 ? 1 : static_cast<double>(N) * std::log(static_cast<double>(N));
     return N <= FactorTableTop ? 0x1p-58 * L : 0x1p-49 * L;
@@ -239,7 +257,8 @@ DrawMemory::DrawMemory() : slots_(std::size_t{1} << slot_bits) {
 
 void DrawMemory::Forget_rows() {
     std::fill(slots_.begin(), slots_.end(), Slot{});
-    pool_.assign(4, 0);
+    pool_.clear();
+    pool_.reserve(pool_size);
 }
 
 void DrawMemory::Cover(std::int64_t total) {
@@ -248,33 +267,33 @@ void DrawMemory::Cover(std::int64_t total) {
 }
 
 bool DrawMemory::Row(const CellDraw& cell, std::size_t longest, CellRow& row) const {
-    row.threshold.clear();
+    row.groups.clear();
+    row.length = 0;
     if (cell.N >= factors_.size()) return false;
     const double bound_of_logs = Bound_of_logs(cell.N);
     double sum = 0;
     bool too_long = false;
-    For_each_outward(
-        TabulatedRatios{factors_.ratio(), factors_.inverse_ratio.data()}, cell,
-        First_probability(factors_, cell), [&](std::int64_t, double p) {
-            const std::size_t index = row.threshold.size();
-            too_long = index == longest;
-            if (too_long) return true;
-            sum += p;
-            double limit = sum * 0x1p32;  // in units of the last bit of a word
-            const double open = limit * Walk_bound(bound_of_logs, static_cast<std::int64_t>(index));
-            bool whole = limit - open >= 0xFFFFFFFF;
-            if (!whole && std::floor(limit - open) != std::floor(limit + open)) {
-                const Extended exact = Prescribed_sum(cell, index) * 0x1p32L;
-                limit = static_cast<double>(std::floor(exact));
-                whole = exact >= 0xFFFFFFFF;
-            }
-            row.threshold.push_back(whole ? top_threshold : Threshold_of_word(std::floor(limit)));
-            return whole;
-        });
+    For_each_outward(TabulatedRatios{factors_.ratio(), factors_.inverse_ratio.data()}, cell,
+                     First_probability(factors_, cell), [&](std::int64_t x, double p) {
+                         const std::size_t index = row.length;
+                         too_long = index == longest;
+                         if (too_long) return true;
+                         sum += p;
+                         double limit = sum * 0x1p32;  // in units of the last bit of a word
+                         const double open =
+                             limit * Walk_bound(bound_of_logs, static_cast<std::int64_t>(index));
+                         bool whole = limit - open >= 0xFFFFFFFF;
+                         if (!whole && std::floor(limit - open) != std::floor(limit + open)) {
+                             const Extended exact = Prescribed_sum(cell, index) * 0x1p32L;
+                             limit = static_cast<double>(std::floor(exact));
+                             whole = exact >= 0xFFFFFFFF;
+                         }
+                         row.Push(whole ? top_threshold : Threshold_of_word(std::floor(limit)),
+                                  static_cast<std::int32_t>(x));
+                         return whole;
+                     });
     if (too_long) return false;
-    row.length = static_cast<std::int32_t>(row.threshold.size());
-    row.threshold.back() = top_threshold;  // the last value stands
-    while (row.threshold.size() % RowStep != 0) row.threshold.push_back(top_threshold);
+    row.Threshold(row.length - 1) = top_threshold;  // the last value stands
     return true;
 }
 
@@ -283,18 +302,13 @@ void DrawMemory::Keep_row(Slot& slot, const CellDraw& cell) {
         slot.met = -30000;  // not soon again
         return;
     }
-    if (pool_.size() + 4 + scratch_.threshold.size() > pool_size) {
-        const Slot same = slot;
+    if (pool_.size() + scratch_.groups.size() > pool_size) {
+        const std::uint64_t key = slot.key;
         Forget_rows();
-        slot = same;
+        slot.key = key;
     }
-    slot.row = static_cast<std::uint16_t>(pool_.size() / 4);
-    const std::int64_t below = cell.x0 - cell.low, above = cell.high - cell.x0;
-    pool_.push_back(static_cast<std::int32_t>(cell.x0));
-    pool_.push_back(static_cast<std::int32_t>(std::min(below, above)));
-    pool_.push_back(below <= above);
-    pool_.push_back(0);
-    pool_.insert(pool_.end(), scratch_.threshold.begin(), scratch_.threshold.end());
+    slot.row = static_cast<std::int32_t>(pool_.size());
+    pool_.insert(pool_.end(), scratch_.groups.begin(), scratch_.groups.end());
 }
 
 std::int32_t DrawMemory::Walk(const CellDraw& cell, double U) {
@@ -318,20 +332,20 @@ std::int32_t DrawMemory::Cell(std::int64_t r, std::int64_t c, std::int64_t N, st
     if (r == 0) return 0;
     if (r == N) return static_cast<std::int32_t>(c);
     if (c == N) return static_cast<std::int32_t>(r);
-    const auto kr = static_cast<std::uint32_t>(r), kc = static_cast<std::uint32_t>(c),
-               kN = static_cast<std::uint32_t>(N);
-    Slot& slot =
-        slots_[((kr * 0x9E3779B1u) ^ (kc * 0x85EBCA77u) ^ (kN * 0xC2B2AE3Du)) >> (32 - slot_bits)];
-    if (slot.r == kr && slot.c == kc && slot.N == kN) {
-        if (slot.row == 0 && ++slot.met == met_often) Keep_row(slot, Fast_cell_draw(r, c, N));
-        if (slot.row != 0) {
-            const std::int32_t* row = pool_.data() + 4 * std::size_t{slot.row};
-            const auto index = static_cast<std::int32_t>(Index_in_row(row + 4, word));
+    if (r > longest_kept_margin || c > longest_kept_margin)
+        return Walk(Fast_cell_draw(r, c, N), word * 0x1p-32);
+    const std::uint64_t key = static_cast<std::uint64_t>(N) | static_cast<std::uint64_t>(r) << 32 |
+                              static_cast<std::uint64_t>(c) << 48;
+    Slot& slot = slots_[(key * 0x9E3779B97F4A7C15u) >> (64 - slot_bits)];
+    if (slot.key == key) {
+        if (slot.row < 0 && ++slot.met == met_often) Keep_row(slot, Fast_cell_draw(r, c, N));
+        if (slot.row >= 0) {
+            const std::int32_t* row = pool_.data() + slot.row;
             slot.met = 4 * met_often;
-            return Outward_value(row[0], row[1], row[2] != 0, index);
+            return row[Place_in_row(row, word)];
         }
     } else if (--slot.met <= 0) {
-        slot = {kr, kc, kN, 1, 0};
+        slot = {key, -1, 1};
     }
     return Walk(Fast_cell_draw(r, c, N), word * 0x1p-32);
 }

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
+#include <cstring>
 #include <vector>
 
 #include "tables/random_table.h"
@@ -42,39 +42,31 @@ struct FactorialFactors {
 /// Totals up to here are tabulated; larger ones take their ratios from a formula.
 inline constexpr std::int64_t FactorTableTop = 1 << 17;
 
-/// The cumulative distribution of one cell in words: `threshold` holds word - 2^31 as a signed
-/// number, padded to a multiple of RowStep by the largest one, which is also the last of the row.
+/// The cumulative distribution of one cell in words, in groups of eight values of the outward
+/// order: a group is eight thresholds (word - 2^31, as signed numbers) and then the eight values.
+/// The last threshold of a row is the largest number, as are those beyond its length.
 struct CellRow {
-    std::vector<std::int32_t> threshold;
-    std::int32_t length = 0;  ///< values, without the padding
+    std::vector<std::int32_t> groups;
+    std::size_t length = 0;  ///< values
+
+    std::int32_t& Threshold(std::size_t k) { return groups[k / 8 * 16 + k % 8]; }
+    std::int32_t& Value(std::size_t k) { return groups[k / 8 * 16 + 8 + k % 8]; }
+    void Push(std::int32_t threshold, std::int32_t value);
 };
 
-/// Rows are searched, and padded, in steps of so many thresholds.
-inline constexpr std::size_t RowStep = 8;
-
-/// The index of the value that a word draws: how many thresholds lie below it.
-inline std::size_t Index_in_row(const std::int32_t* threshold, std::uint32_t word) {
+/// The place (in `groups`) of the value that a word draws: the first whose threshold it is not
+/// above.
+inline std::size_t Place_in_row(const std::int32_t* groups, std::uint32_t word) {
+    using Four = std::int32_t __attribute__((vector_size(16)));
     const auto w = static_cast<std::int32_t>(word ^ 0x80000000u);
-    for (std::size_t k = 0;; k += RowStep) {
-        std::int32_t below = 0;
-        for (std::size_t i = 0; i < RowStep; ++i) below += threshold[k + i] < w;
-        if (below < static_cast<std::int32_t>(RowStep)) return k + static_cast<std::size_t>(below);
+    for (std::size_t group = 0;; group += 16) {
+        Four low, high;
+        std::memcpy(&low, groups + group, sizeof low);
+        std::memcpy(&high, groups + group + 4, sizeof high);
+        const Four above = (low < w) + (high < w);  // -1 for each threshold below the word
+        const std::int32_t below = -(above[0] + above[1] + above[2] + above[3]);
+        if (below < 8) return group + 8 + static_cast<std::size_t>(below);
     }
-}
-
-/// The value at an index of the outward order x0, x0+1, x0-1, ..., which alternates up to 2 `both`
-/// and then keeps to one side.
-inline std::int32_t Outward_value(std::int32_t x0, std::int32_t both, bool upwards,
-                                  std::int32_t index) {
-    if (index > 2 * both) return upwards ? x0 + index - both : x0 - (index - both);
-    const std::int32_t step = (index + 1) / 2;
-    return index % 2 == 1 ? x0 + step : x0 - step;
-}
-inline std::int32_t Outward_value(const CellDraw& cell, std::int32_t index) {
-    const std::int64_t below = cell.x0 - cell.low, above = cell.high - cell.x0;
-    return Outward_value(static_cast<std::int32_t>(cell.x0),
-                         static_cast<std::int32_t>(below < above ? below : above), below <= above,
-                         index);
 }
 
 /// Working memory of the drawing, to be reused from hypothesis to hypothesis: tables of factors and
@@ -100,9 +92,9 @@ class DrawMemory {
   private:
     /// A cell that was met, and where its row begins in the pool once it was met often.
     struct Slot {
-        std::uint32_t r = 0, c = 0, N = 0;
-        std::int16_t met = 0;
-        std::uint16_t row = 0;  ///< in units of four numbers; 0: none
+        std::uint64_t key = 0;
+        std::int32_t row = -1;
+        std::int32_t met = 0;
     };
     std::int32_t Walk(const CellDraw& cell, double U);
     void Keep_row(Slot& slot, const CellDraw& cell);
@@ -110,7 +102,7 @@ class DrawMemory {
 
     FactorialFactors factors_;
     std::vector<Slot> slots_;
-    std::vector<std::int32_t> pool_;  ///< rows: x0, both, upwards, 0, and the thresholds
+    std::vector<std::int32_t> pool_;  ///< groups of rows
     CellRow scratch_;
 };
 

@@ -40,7 +40,9 @@ Extended Cell_probability(const CellDraw& cell, std::int64_t x);
 
 /// The x taken for the uniform U: the first of x0, x0+1, x0-1, x0+2, ... (on one side only once the
 /// other is exhausted) whose cumulative probability reaches U; the last one if none does. This is
-/// the plain arithmetic that defines the draw.
+/// the plain arithmetic that defines the draw. (Where the counts of a cell lie on both sides of
+/// 1000 its probabilities may sum to 0.0008 less than 1; the last, most extreme value gets what is
+/// missing, so Monte Carlo p-values of such tables do not fall much below that.)
 std::int64_t Cell_for_uniform(const CellDraw& cell, double U);
 
 /// Draws x by one number of the stream.

@@ -156,14 +156,13 @@ bool StratumSampler::Make_node(std::int32_t& link, const StreamJump& jump, std::
     const CellDraw cell = Cell_draw(r, c, N);
     CellRow row;
     if (!memory_->Row(cell, longest, row)) return false;
-    const auto size = static_cast<std::int64_t>(row.threshold.size());
+    const auto size = static_cast<std::int64_t>(row.groups.size()) / 2;
     if (outcomes_left_ < size) return false;
     outcomes_left_ -= size;
-    nodes_.push_back({jump, threshold_.size()});
+    nodes_.push_back({jump, rows_.size()});
     link = static_cast<std::int32_t>(nodes_.size());
-    threshold_.insert(threshold_.end(), row.threshold.begin(), row.threshold.end());
-    for (std::int32_t k = 0; k < row.length; ++k) value_.push_back(Outward_value(cell, k));
-    value_.resize(threshold_.size());
+    rows_.insert(rows_.end(), row.groups.begin(), row.groups.end());
+    child_.resize(rows_.size());
     return true;
 }
 
@@ -198,12 +197,11 @@ StratumReplicate StratumSampler::Grow(RandomStream& stream) {
                     if (link == 0) {
                         if (!Make_node(link, jump, r, c, N)) return Draw_apart(stream);
                         (place == at_root ? root_ : child_[place]) = link;
-                        child_.resize(threshold_.size());
                     }
                     const Node& node = nodes_[static_cast<std::size_t>(link - 1)];
                     word = node.jump(word);
-                    place = node.first + Index_in_row(threshold_.data() + node.first, word);
-                    x = value_[place];
+                    place = node.first + Place_in_row(rows_.data() + node.first, word);
+                    x = rows_[place];
                     jump = {};
                 }
             }
@@ -236,7 +234,7 @@ StratumReplicate StratumSampler::Draw(RandomStream& stream) {
     while (link > 0) {
         const Node& node = nodes_[static_cast<std::size_t>(link - 1)];
         word = node.jump(word);
-        link = child_[node.first + Index_in_row(threshold_.data() + node.first, word)];
+        link = child_[node.first + Place_in_row(rows_.data() + node.first, word)];
     }
     if (link == 0) return Grow(stream);
     const Outcome& outcome = outcomes_[static_cast<std::size_t>(-link - 1)];

@@ -60,7 +60,7 @@ class StratumSampler {
   private:
     struct Node {
         StreamJump jump;    ///< up to and with the draw of this cell
-        std::size_t first;  ///< of its values in threshold_, value_ and child_
+        std::size_t first;  ///< of its row in rows_ and child_
     };
     struct Outcome {
         StreamJump jump;  ///< over the draws that are left
@@ -91,8 +91,9 @@ class StratumSampler {
     std::int32_t root_ = 0;  ///< a link as those of child_
     std::vector<Node> nodes_;
     std::vector<Outcome> outcomes_;
-    std::vector<std::int32_t> threshold_, value_;
-    std::vector<std::int32_t> child_;  ///< 0 not met, n node n-1, -n outcome n-1
+    std::vector<std::int32_t> rows_;  ///< of the nodes
+    std::vector<std::int32_t>
+        child_;  ///< at the place of a value: 0 not met, n node n-1, -n outcome n-1
 
     std::vector<Terms> terms_;    ///< by cell
     std::vector<Extended> term_;  ///< nan where not yet needed

@@ -96,12 +96,11 @@ TEST(RandomTable, FastDrawsEqualPlainDrawsAtTheEdgesOfTheSteps) {
         const CellDraw cell = Cell_draw(r, c, N);
         CellRow row;
         ASSERT_TRUE(memory.Row(cell, 100000, row));
-        for (std::size_t v = 0; v < std::min<std::size_t>(row.threshold.size(), 12); ++v) {
-            const std::uint32_t edge = static_cast<std::uint32_t>(row.threshold[v]) ^ 0x80000000u;
+        for (std::size_t v = 0; v < std::min<std::size_t>(row.length, 12); ++v) {
+            const std::uint32_t edge = static_cast<std::uint32_t>(row.Threshold(v)) ^ 0x80000000u;
             for (const std::uint32_t word : {edge - 1, edge, edge + 1}) {
                 const std::int64_t plain = Cell_for_uniform(cell, word * 0x1p-32);
-                const std::size_t index = Index_in_row(row.threshold.data(), word);
-                ASSERT_EQ(Outward_value(cell, static_cast<std::int32_t>(index)), plain)
+                ASSERT_EQ(row.groups[Place_in_row(row.groups.data(), word)], plain)
                     << r << ' ' << c << ' ' << N << ' ' << word;
                 DrawMemory fresh;  // walks: nothing has been met before
                 fresh.Cover(N);
