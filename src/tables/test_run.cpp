@@ -1,0 +1,136 @@
+#include "tables/test_run.h"
+
+#include <algorithm>
+
+namespace tarven {
+
+std::string TestedTable::vlabel() const {
+    std::string labels;
+    for (int k = 1; k <= Nvar(); ++k) labels += variables[static_cast<std::size_t>(k)].label;
+    return labels;
+}
+
+namespace {
+
+const TestVariable& Variable_of(const TestedTable& table, int k) {
+    return table.variables[static_cast<std::size_t>(k)];
+}
+
+SliceView View_in(const TestedTable& table, const Hypothesis& hypothesis) {
+    std::vector<int> DIM(table.variables.size());
+    for (int k = 1; k <= table.Nvar(); ++k)
+        DIM[static_cast<std::size_t>(k)] = Variable_of(table, k).DIM;
+    return View_of(hypothesis, table.Nvar(), DIM, table.Cfactor, table.cells);
+}
+
+/// The informative slices of a table that reads its slices itself.
+InformativeSlices Informative_of(const TestedTable& table, const Hypothesis& hypothesis) {
+    const TestedPair pair = Tested_pair(hypothesis);
+    const std::int64_t limit =
+        Slice_limit(Variable_of(table, pair.X).DIM, Variable_of(table, pair.Y).DIM);
+    InformativeSlices informative;
+    std::int64_t combinations = 1;
+    for (const int k : Conditioning_variables(hypothesis))
+        combinations = std::min<std::int64_t>(combinations * Variable_of(table, k).DIM, 1LL << 40);
+    for (LocalSlice& slice : table.read_slices(hypothesis)) {
+        if (Degrees_of_freedom(slice.counts) == 0) continue;
+        if (static_cast<std::int64_t>(informative.counts.size()) >= limit) {
+            informative.too_many = true;
+            return informative;
+        }
+        informative.expected.push_back(Expected_of_slice(slice.counts));
+        informative.counts.push_back(std::move(slice.counts));
+    }
+    informative.missing = combinations - static_cast<std::int64_t>(informative.counts.size());
+    return informative;
+}
+
+}  // namespace
+
+bool Has_gamma(const TestedTable& table, const Hypothesis& hypothesis) {
+    const TestedPair pair = Tested_pair(hypothesis);
+    const TestVariable& x = Variable_of(table, pair.X);
+    const TestVariable& y = Variable_of(table, pair.Y);
+    return Gamma_is_defined(x.DIM, x.VTYPE, y.DIM, y.VTYPE);
+}
+
+GlobalOutcome Test_globally(const TestedTable& table, const Hypothesis& hypothesis,
+                            const TestSettings& settings, RandomStream& stream, DrawMemory& memory,
+                            const RunControl& control) {
+    GlobalOutcome outcome;
+    outcome.cases = table.NTOTAL;
+    outcome.row = Untested_result();
+    const TestedPair pair = Tested_pair(hypothesis);
+    if (!pair.proper() || pair.Y > table.Nvar()) return outcome;
+    outcome.has_gamma = Has_gamma(table, hypothesis);
+    const bool simulates = settings.ExactTests && settings.Nsim > 0;
+    if (!simulates && table.cells) {
+        const SlicesSummed summed = Sum_over_slices(View_in(table, hypothesis), outcome.has_gamma,
+                                                    Statistic_rule(settings));
+        outcome.missing_slices = summed.missing > 0;
+        outcome.too_many_slices = summed.too_many;
+        if (!summed.too_many) outcome.row = Row_of(Asymptotic_test(summed.sums, outcome.has_gamma));
+        return outcome;
+    }
+    const InformativeSlices slices =
+        table.cells ? Read_slices(View_in(table, hypothesis)) : Informative_of(table, hypothesis);
+    outcome.missing_slices = slices.missing > 0;
+    outcome.too_many_slices = slices.too_many;
+    if (slices.too_many) return outcome;
+    if (simulates && control.begin) control.begin();
+    outcome.row = Row_of(Test_strata(slices.counts, slices.expected, outcome.has_gamma, settings,
+                                     stream, memory, control.stop));
+    if (simulates && control.end) control.end();
+    return outcome;
+}
+
+std::vector<GlobalOutcome> Test_globally(const TestedTable& table, std::span<const Hypothesis> list,
+                                         const TestSettings& settings, RandomStream& stream,
+                                         const RunControl& control) {
+    TestSettings now = settings;
+    bool stopped = false;
+    RunControl watched = control;
+    if (control.stop)
+        watched.stop = [&] {
+            stopped = stopped || control.stop();
+            return stopped;
+        };
+    DrawMemory memory;
+    std::vector<GlobalOutcome> outcomes;
+    for (const Hypothesis& hypothesis : list) {
+        if (now.ExactTests) Set_seed(stream, now.Seed);
+        outcomes.push_back(Test_globally(table, hypothesis, now, stream, memory, watched));
+        if (stopped) now.ExactTests = false;
+    }
+    return outcomes;
+}
+
+LocalHypothesis Form_xyz_table(const TestedTable& table, const Hypothesis& hypothesis,
+                               bool with_margins) {
+    LocalHypothesis local;
+    const TestedPair pair = Tested_pair(hypothesis);
+    local.X = Variable_of(table, pair.X);
+    local.Y = Variable_of(table, pair.Y);
+    for (const int k : Conditioning_variables(hypothesis)) local.Z.push_back(Variable_of(table, k));
+    if (!table.cells) {
+        local.slices = table.read_slices(hypothesis);
+        return local;
+    }
+    const SliceView view = View_in(table, hypothesis);
+    For_each_slice(view, with_margins, [&](std::span<const int> category, std::int64_t offset) {
+        LocalSlice& slice = local.slices.emplace_back();
+        slice.category.assign(category.begin(), category.end());
+        Read_slice(view, offset, slice.counts);
+    });
+    return local;
+}
+
+std::vector<std::string> Remarks(const GlobalOutcome& outcome, const std::string& label) {
+    if (outcome.too_many_slices) return {"XYZ1: Failure creating 3-way table - too many slices "};
+    std::vector<std::string> lines;
+    if (outcome.missing_slices) lines.push_back("Warning - missing slices in XYZ-table");
+    if (!(outcome.row.Df > 0)) lines.push_back(label + "   No degrees of freedom");
+    return lines;
+}
+
+}  // namespace tarven
