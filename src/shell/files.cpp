@@ -116,9 +116,14 @@ void ReplacementFile::Write(std::string_view bytes) {
     if (std::fwrite(bytes.data(), 1, bytes.size(), file_) != bytes.size()) Fail(errno);
 }
 
+bool ReplacementFile::Flush() {
+    if (file_ && ok() && std::fflush(file_) != 0) Fail(errno);
+    return ok();
+}
+
 bool ReplacementFile::Commit() {
     if (!file_) return false;
-    if (ok() && std::fflush(file_) != 0) Fail(errno);
+    Flush();
     if (std::fclose(file_) != 0 && ok()) Fail(errno);
     file_ = nullptr;
     if (ok() && std::rename(beside_.c_str(), target_.c_str()) != 0) Fail(errno);

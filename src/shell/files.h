@@ -43,6 +43,9 @@ class ReplacementFile {
 
     /// Appends bytes as they are. After a failure it does nothing.
     void Write(std::string_view bytes);
+    /// Hands what is buffered to the system; false after a failure. Where several files must change
+    /// together, all are flushed before the first is committed.
+    bool Flush();
     /// True when everything reached the disk and the target is replaced.
     bool Commit();
     bool ok() const { return error_.empty(); }

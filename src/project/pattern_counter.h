@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "project/cell_store.h"
+
+namespace tarven {
+
+/// Counts cases by response pattern as they arrive in any order, and puts the patterns in order at
+/// the end. A pattern is packed into as few 64-bit words as its variables need, variable 1 in the
+/// highest bits, so that comparing words is comparing patterns; the words are counted in a hash
+/// table and sorted once. Memory follows the number of patterns, not of cases; time is linear in
+/// the cases and n log n in the patterns.
+class PatternCounter {
+  public:
+    /// dims[v-1] is the highest code of variable v, at most 255.
+    explicit PatternCounter(const std::vector<int>& dims);
+    ~PatternCounter();
+    PatternCounter(PatternCounter&&) noexcept;
+
+    /// Counts a case of codes[0..N-1], none above its dim. False, and nothing is counted, when its
+    /// pattern is one more than a cell store may hold.
+    bool Add(const std::uint8_t* codes);
+
+    std::int64_t Ncells() const;
+
+    /// The patterns in ascending order with their counts. The counter is empty afterwards. The
+    /// text of a failure, or empty.
+    std::string Move_to(CellStore& store);
+
+  private:
+    struct Counts;
+    template <std::size_t W>
+    struct CountsOfWords;
+    std::unique_ptr<Counts> counts_;
+};
+
+}  // namespace tarven

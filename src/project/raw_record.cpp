@@ -1,0 +1,169 @@
+#include "project/raw_record.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <limits>
+#include <string_view>
+
+#include "shell/limits.h"
+#include "shell/numbers.h"
+#include "shell/words.h"
+
+namespace tarven {
+
+namespace {
+
+enum class WordKind : std::uint8_t { number, no_number, unreadable };
+
+RecordReading Failed(std::string error) {
+    return {.ok = false, .at_end = false, .error = std::move(error)};
+}
+
+bool Is_blank(char c) {
+    return c == ' ' || c == '\t';
+}
+
+WordKind Long_number(std::string_view word, double& value) {
+    std::string text(word);
+    std::replace(text.begin(), text.end(), ',', '.');
+    const StringType type = String_type(text);
+    if (type != StringType::integer && type != StringType::real) return WordKind::no_number;
+    return To_real(text, value) ? WordKind::number : WordKind::unreadable;
+}
+
+/// The value of a word. Up to 15 digits the digits and the power of ten are exact doubles, so their
+/// quotient is the nearest double to the decimal number (Clinger 1990, PLDI 25, 92-101).
+WordKind Number_of(std::string_view word, double& value) {
+    static constexpr double power[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                       1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    const char* at = word.data();
+    const char* const end = at + word.size();
+    const bool negative = *at == '-';
+    if (negative || *at == '+') ++at;
+    std::uint64_t digits = 0;
+    const char* point = nullptr;
+    const char* const first = at;
+    if (end - first > 16) return Long_number(word, value);
+    for (; at != end; ++at) {
+        const unsigned digit = static_cast<unsigned char>(*at) - unsigned{'0'};
+        if (digit <= 9)
+            digits = digits * 10 + digit;
+        else if ((*at == '.' || *at == ',') && !point)
+            point = at;
+        else
+            return WordKind::no_number;
+    }
+    const auto count = (end - first) - (point ? 1 : 0);
+    if (count == 0) return WordKind::no_number;
+    if (count > 15) return Long_number(word, value);
+    const double whole = static_cast<double>(digits);
+    value = point ? whole / power[end - point - 1] : whole;
+    if (negative) value = -value;
+    return WordKind::number;
+}
+
+bool Selected(const ValueSelection& selection, double value) {
+    if (!(value > -2147483649.0 && value < 2147483648.0)) return false;
+    const std::int64_t rounded = Round_to_even(value);
+    return std::any_of(selection.values.begin(), selection.values.end(),
+                       [&](std::int32_t accepted) { return accepted == rounded; });
+}
+
+}  // namespace
+
+RecordReading Read_record(LineReader& file, int NTAL, std::vector<double>& values) {
+    if (NTAL < 1) return Failed(fmt::format("Error reading data: {} variables in a record", NTAL));
+    if (NTAL > MaxRecordLength)
+        return Failed(fmt::format("Error reading data: {} variables > {}", NTAL, MaxRecordLength));
+    values.resize(static_cast<std::size_t>(NTAL) + 1);
+    std::int64_t count = 0;
+    std::string_view line;
+    std::string_view unreadable;
+    while (count < NTAL) {
+        if (!file.Next(line)) {
+            if (!file.failure().empty()) return Failed("Error reading data: " + file.failure());
+            if (count == 0) return {.ok = false, .at_end = true, .error = {}};
+            return Failed(fmt::format("Error reading data: Missing records ({})", file.Place()));
+        }
+        const char* at = line.data();
+        const char* const end = at + line.size();
+        while (true) {
+            while (at != end && Is_blank(*at)) ++at;
+            if (at == end) break;
+            const char* const word_begin = at;
+            while (at != end && !Is_blank(*at)) ++at;
+            if (++count > NTAL) continue;
+            const std::string_view word(word_begin, static_cast<std::size_t>(at - word_begin));
+            double& value = values[static_cast<std::size_t>(count)];
+            switch (Number_of(word, value)) {
+                case WordKind::number:
+                    break;
+                case WordKind::unreadable:
+                    if (unreadable.empty()) unreadable = word;
+                    [[fallthrough]];
+                case WordKind::no_number:
+                    value = NotANumber;
+            }
+        }
+        if (count > NTAL)
+            return Failed(fmt::format("Error reading data: Too many variables ({}) in {} ({})",
+                                      count, Line_for_message(line), file.Place()));
+        if (!unreadable.empty())
+            return Failed(fmt::format("Error reading data: Non-numerical data: \"{}\" ({})",
+                                      Line_for_message(unreadable), file.Place()));
+    }
+    return {.ok = true, .at_end = false, .error = {}};
+}
+
+Recoding Make_recoding(const ProjectDefinition& definition) {
+    Recoding recoding{.NTAL = definition.NTAL,
+                      .variables = {},
+                      .conditions = definition.conditions,
+                      .selections = definition.selections,
+                      .failure = {}};
+    const auto check = [&](int column, const std::string& what) {
+        if (recoding.failure.empty() && (column < 1 || column > definition.NTAL))
+            recoding.failure = fmt::format("{} refers to column {} of records of {} values", what,
+                                           column, definition.NTAL);
+    };
+    if (definition.NTAL < 1 || definition.NTAL > MaxRecordLength)
+        recoding.failure =
+            fmt::format("Error reading data: {} variables > {}", definition.NTAL, MaxRecordLength);
+    for (const RangeCondition& c : definition.conditions) check(c.column, "A condition on cases");
+    for (const ValueSelection& s : definition.selections) check(s.column, "A selection of cases");
+    for (int v = 1; v <= definition.N; ++v) {
+        const Variable& variable = definition.variables[static_cast<std::size_t>(v)];
+        check(variable.VARNO, fmt::format("Variable {}", variable.label));
+        Recoding::Column column{.number = variable.VARNO, .lowest = variable.vfra, .cuts = {}};
+        if (variable.vtype == Nominal || variable.vtype == Ordinal)
+            for (std::size_t c = 1; c <= std::min<std::size_t>(variable.dim, MaxCategories); ++c)
+                column.cuts.push_back(variable.vtil[c]);
+        recoding.variables.push_back(std::move(column));
+    }
+    return recoding;
+}
+
+bool Recode_record(const Recoding& recoding, const std::vector<double>& values,
+                   std::uint8_t* codes) {
+    std::fill_n(codes, recoding.variables.size(), std::uint8_t{0});
+    for (const ValueSelection& selection : recoding.selections)
+        if (!Selected(selection, values[static_cast<std::size_t>(selection.column)])) return false;
+    for (const RangeCondition& condition : recoding.conditions) {
+        const double value = values[static_cast<std::size_t>(condition.column)];
+        if (!(condition.lower <= value && value <= condition.upper)) return false;
+    }
+    for (const Recoding::Column& variable : recoding.variables) {
+        const double x = values[static_cast<std::size_t>(variable.number)];
+        std::uint8_t code = 0;
+        if (!variable.cuts.empty() && x >= variable.lowest && x <= variable.cuts.back()) {
+            std::size_t c = 0;
+            while (x > variable.cuts[c]) ++c;
+            code = static_cast<std::uint8_t>(c + 1);
+        }
+        *codes++ = code;
+    }
+    return true;
+}
+
+}  // namespace tarven

@@ -1,0 +1,164 @@
+#include "project/cell_store.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <random>
+
+#include "project/pattern_counter.h"
+#include "shell/report.h"
+#include "support/session.h"
+
+namespace tarven {
+namespace {
+
+using Pattern = std::vector<std::uint8_t>;
+
+/// The store by insertion with a moving pointer: from the place of the last case upward or
+/// downward to the place of the new one, all cells above it moved one step.
+CellStore Store_by_insertion(const std::vector<Pattern>& cases) {
+    std::vector<std::pair<Pattern, std::int32_t>> cells;
+    std::size_t p = 0;
+    for (const Pattern& pattern : cases) {
+        while (p < cells.size() && cells[p].first < pattern) ++p;
+        while (p > 0 && (p == cells.size() || cells[p].first > pattern) &&
+               cells[p - 1].first >= pattern)
+            --p;
+        if (p < cells.size() && cells[p].first == pattern)
+            ++cells[p].second;
+        else
+            cells.insert(cells.begin() + static_cast<std::ptrdiff_t>(p), {pattern, 1});
+    }
+    CellStore store;
+    Init_TABdata(store, static_cast<std::int64_t>(cells.size()),
+                 static_cast<int>(cases.front().size()));
+    for (std::size_t k = 0; k < cells.size(); ++k)
+        DefineTABdataCell(store, static_cast<std::int64_t>(k + 1), cells[k].first.data(),
+                          cells[k].second);
+    return store;
+}
+
+TEST(PatternCounter, GivesTheStoreOfTheInsertion) {
+    std::mt19937 random(1);
+    for (int round = 0; round < 120; ++round) {
+        // One word of 64 bits up to six of them, few patterns and many.
+        const std::size_t N = 2 + random() % 58;
+        const int top = static_cast<int>(2 + random() % (round % 3 == 0 ? 56 : 3));
+        std::vector<int> dims;
+        for (std::size_t v = 0; v < N; ++v)
+            dims.push_back(2 + static_cast<int>(random() % static_cast<unsigned>(top - 1)));
+        std::vector<Pattern> cases;
+        for (int k = 0; k < 400; ++k) {
+            if (!cases.empty() && random() % 3 == 0) {
+                Pattern near = cases[random() % cases.size()];
+                const std::size_t v = random() % N;
+                if (random() % 2) near[v] = static_cast<std::uint8_t>(random() % (dims[v] + 1u));
+                cases.push_back(near);
+                continue;
+            }
+            Pattern pattern;
+            for (const int dim : dims)
+                pattern.push_back(static_cast<std::uint8_t>(random() % (dim + 1u)));
+            cases.push_back(pattern);
+        }
+        PatternCounter counter(dims);
+        for (const Pattern& pattern : cases) ASSERT_TRUE(counter.Add(pattern.data()));
+        CellStore store;
+        ASSERT_EQ(counter.Move_to(store), "");
+        ASSERT_EQ(store, Store_by_insertion(cases)) << "N " << N << " top " << top;
+    }
+}
+
+TEST(PatternCounter, HoldsExactlyTheLimitOfCodes) {
+    // 655000 * 30 / 8 patterns of 8 variables fill every array to the last byte.
+    constexpr int N = 8;
+    PatternCounter counter(std::vector<int>(N, 57));
+    std::uint8_t codes[N];
+    const auto pattern = [&](std::int64_t k) {
+        for (int v = N - 1; v >= 0; --v, k /= 58) codes[v] = static_cast<std::uint8_t>(k % 58);
+        return codes;
+    };
+    const std::int64_t most = MaxDataBytes / N;
+    ASSERT_EQ(most * N, 19650000);
+    for (std::int64_t k = most; k > 0; --k) ASSERT_TRUE(counter.Add(pattern(k)));
+    EXPECT_FALSE(counter.Add(pattern(most + 1)));
+    EXPECT_TRUE(counter.Add(pattern(most)));  // a known pattern needs no room
+    CellStore store;
+    ASSERT_EQ(counter.Move_to(store), "");
+    EXPECT_EQ(store.Ncells(), most);
+    EXPECT_EQ(store.Ntabdata_arrays, 30);
+    EXPECT_TRUE(std::equal(codes, codes + N, store.Cell(most)));
+    EXPECT_EQ(store.counts.back(), 2);
+}
+
+TEST(PatternCounter, HoldsExactlyTheLimitOfCells) {
+    PatternCounter counter({255, 255, 255});
+    std::uint8_t codes[3];
+    const auto pattern = [&](std::int64_t k) {
+        for (int v = 2; v >= 0; --v, k >>= 8) codes[v] = static_cast<std::uint8_t>(k);
+        return codes;
+    };
+    for (std::int64_t k = 0; k < MaxTableCells; ++k) ASSERT_TRUE(counter.Add(pattern(k)));
+    EXPECT_FALSE(counter.Add(pattern(MaxTableCells)));
+}
+
+TEST(CellStore, CountsItsArraysExactly) {
+    CellStore store;
+    EXPECT_EQ(Init_TABdata(store, 333051, 59), "Failure initializing TABdata");
+    EXPECT_EQ(store, CellStore());
+    EXPECT_EQ(Init_TABdata(store, 333050, 59), "");
+    EXPECT_EQ(store.Ntabdata_arrays, 30);
+    EXPECT_EQ(Init_TABdata(store, 4866901, 2), "TABDATA not possible");
+    EXPECT_EQ(Init_TABdata(store, 4866900, 2), "");
+    EXPECT_EQ(store.Ntabcount_arrays, 30);
+    EXPECT_EQ(Init_TABdata(store, std::int64_t{1} << 62, 59), "Failure initializing TABdata");
+    EXPECT_EQ(Init_TABdata(store, 655000 / 2 + 1, 2), "");
+    EXPECT_EQ(store.Ntabdata_arrays, 2);
+    EXPECT_EQ(store.Ntabcount_arrays, 3);
+}
+
+class CellStoreMessages : public SessionTest {};
+
+TEST_F(CellStoreMessages, TellOfCellsOutsideTheArrays) {
+    CellStore store;
+    ASSERT_EQ(Init_TABdata(store, 2, 3), "");
+    const std::uint8_t codes[] = {1, 2, 3};
+    EXPECT_TRUE(DefineTABdataCell(store, 2, codes, 7));
+    EXPECT_TRUE(Increment_cell(store, 2));
+    EXPECT_TRUE(Add_to_cell(store, 2, 2147483639));
+    EXPECT_FALSE(Increment_cell(store, 2));
+    EXPECT_EQ(GetTABdataCount(store, 2), 2147483647);
+    std::uint8_t read[86];
+    ASSERT_TRUE(GetTABdataCell(store, 2, read));
+    EXPECT_EQ((std::vector<int>(read, read + 5)), (std::vector<int>{255, 1, 2, 3, 255}));
+    EXPECT_TRUE(The_report.OutputField.empty());
+
+    EXPECT_FALSE(GetTABdataCell(store, 3, read));
+    EXPECT_EQ(GetTABdataCount(store, 0), 0);
+    EXPECT_FALSE(DefineTABdataCell(store, 655000 / 3 + 1, codes, 1));
+    EXPECT_FALSE(DefineTABdataCell(store, 0, codes, 1));
+    const std::string said = Joined(The_report.OutputField);
+    for (const char* text :
+         {"QVDATA5 - error in GetTABdataCell", "QVDATA5 - error in GetTABdataCount",
+          "Data point error: array_no = 2  of 1 data arrays",
+          "Data point error: array_no = 0  of 1 data arrays",
+          "QVDATA5 - error in DefineTABdataCell"})
+        EXPECT_NE(said.find(text), std::string::npos) << text << "\n" << said;
+    EXPECT_NE(Bytes("dataerror.txt").find("caseno = 0\nNvar   = 3\nvno    = 1\n"),
+              std::string::npos);
+}
+
+TEST(DataPointOf, CrossesArraysInsideARecord) {
+    // 11101 cases of 59 variables fill 654959 places of the first array.
+    const DataPoint last = Data_point(11102, 59, 41, 655000, 2);
+    EXPECT_EQ(last.array_no, 1);
+    EXPECT_EQ(last.point, 655000);
+    const DataPoint next = Data_point(11102, 59, 42, 655000, 2);
+    EXPECT_EQ(next.array_no, 2);
+    EXPECT_EQ(next.point, 1);
+    EXPECT_FALSE(Data_point(11102, 59, 42, 655000, 1).ok);
+}
+
+}  // namespace
+}  // namespace tarven

@@ -1,0 +1,148 @@
+#include "project/raw_record.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <random>
+#include <set>
+
+#include "support/definitions.h"
+
+namespace tarven {
+namespace {
+
+struct Records {
+    std::vector<std::vector<double>> values;  ///< without slot 0
+    std::string error;
+};
+
+Records Read_all(std::string_view text, int NTAL) {
+    LineReader file(text, "x.DAT");
+    Records records;
+    std::vector<double> values;
+    while (true) {
+        const RecordReading reading = Read_record(file, NTAL, values);
+        if (!reading.ok) {
+            EXPECT_NE(reading.at_end, !reading.error.empty());
+            records.error = reading.error;
+            return records;
+        }
+        records.values.emplace_back(values.begin() + 1, values.end());
+    }
+}
+
+using Values = std::vector<std::vector<double>>;
+
+TEST(RawRecord, ReadsRecordsOverLinesAndEndings) {
+    const Values two = {{1, 2, 3}, {4, 5, 6}};
+    for (const std::string text : {"1 2 3\n4 5 6\n", "1 2 3\n4 5 6", "1 2 3\r\n4 5 6\r\n",
+                                   "1\n2\n3\n4 5\n6\n", "\t1\t2 \t 3\n\n  \n4 5 6\n\n \n",
+                                   "\xEF\xBB\xBF"
+                                   "1 2 3\n4 5 6\n"}) {
+        const Records records = Read_all(text, 3);
+        EXPECT_EQ(records.values, two) << text;
+        EXPECT_EQ(records.error, "") << text;
+    }
+    EXPECT_EQ(Read_all("", 3).values.size(), 0u);
+    EXPECT_EQ(Read_all("", 3).error, "");
+}
+
+TEST(RawRecord, TakesNumbersAndNothingElse) {
+    const Records records = Read_all(
+        std::string("1,5 -2 +3. .5 -0,25 007 NA . 1E5 nan inf 1.2.3 - + 1-2 0x1 a\0b", 63), 17);
+    const double no = NotANumber;
+    EXPECT_EQ(records.error, "");
+    EXPECT_EQ(records.values,
+              (Values{{1.5, -2, 3, .5, -.25, 7, no, no, no, no, no, no, no, no, no, no, no}}));
+}
+
+// The short cut for up to 15 digits and the long road give what the C library gives.
+TEST(RawRecord, GivesTheNearestDouble) {
+    std::mt19937 random(1);
+    for (int k = 0; k < 20000; ++k) {
+        const std::size_t digits = 1 + random() % 22;
+        std::string word;
+        for (std::size_t d = 0; d < digits; ++d) word += static_cast<char>('0' + random() % 10);
+        if (random() % 4) word.insert(random() % (digits + 1), ".");
+        if (random() % 3 == 0) word.insert(0, random() % 2 ? "-" : "+");
+        const Records records = Read_all(word, 1);
+        ASSERT_EQ(records.values.size(), 1u) << word;
+        ASSERT_EQ(records.values[0][0], std::strtod(word.c_str(), nullptr)) << word;
+    }
+}
+
+TEST(RawRecord, SaysWhatIsWrongAndWhere) {
+    const std::string huge(400, '9');
+    const struct {
+        std::string text;
+        int NTAL;
+        std::size_t records;
+        std::string error;
+    } rows[] = {
+        {"1 2\n", 1, 0, "Error reading data: Too many variables (2) in 1 2 (x.DAT, line 1)"},
+        {"1 2\n3\n4 5 6\n", 4, 0,
+         "Error reading data: Too many variables (6) in 4 5 6 (x.DAT, line 3)"},
+        {"1 2\n3 4\n5\n", 2, 2, "Error reading data: Missing records (x.DAT, line 3)"},
+        {"1\n", 1601, 0, "Error reading data: 1601 variables > 1600"},
+        {"1 " + huge + "\n", 2, 0,
+         "Error reading data: Non-numerical data: \"" + huge.substr(0, 120) + "\" (x.DAT, line 1)"},
+    };
+    for (const auto& row : rows) {
+        const Records records = Read_all(row.text, row.NTAL);
+        EXPECT_EQ(records.error, row.error);
+        EXPECT_EQ(records.values.size(), row.records) << row.error;
+    }
+    // A line of a megabyte is one line with too many values; its message stays short.
+    std::string megabyte;
+    while (megabyte.size() < (1u << 20)) megabyte += "12 ";
+    EXPECT_LT(Read_all(megabyte, 3).error.size(), 250u);
+    EXPECT_NE(Read_all(megabyte, 3).error.find("Too many variables (349526)"), std::string::npos);
+}
+
+TEST(Recoding, FollowsCutPointsConditionsAndSelections) {
+    ProjectDefinition definition = Definition_of_dims({3, 2});
+    definition.NTAL = 4;
+    definition.variables[1].vfra = 0;
+    definition.variables[1].vtil[1] = 1.5;
+    definition.variables[1].vtil[2] = 2;
+    definition.variables[1].vtil[3] = 10;
+    const auto codes = [&](double a, double b, double c = 0, double d = 0) {
+        std::uint8_t found[2] = {9, 9};
+        const bool accepted = Recode_record(Make_recoding(definition), {0, a, b, c, d}, found);
+        return std::vector<int>{accepted, found[0], found[1]};
+    };
+    using Row = std::vector<int>;
+    EXPECT_EQ(codes(0, 1), (Row{1, 1, 1}));  // at vfra
+    EXPECT_EQ(codes(-0.001, 0.999), (Row{1, 0, 0}));
+    EXPECT_EQ(codes(1.5, 1.001), (Row{1, 1, 2}));  // at a cut point
+    EXPECT_EQ(codes(1.501, 2), (Row{1, 2, 2}));
+    EXPECT_EQ(codes(10, 2.001), (Row{1, 3, 0}));
+    EXPECT_EQ(codes(10.001, NotANumber), (Row{1, 0, 0}));
+    definition.conditions = {{.column = 3, .lower = 16, .upper = 40}};
+    EXPECT_EQ(codes(1, 1, 15.99), (Row{0, 0, 0}));
+    EXPECT_EQ(codes(1, 1, 16), (Row{1, 1, 1}));
+    EXPECT_EQ(codes(1, 1, 40), (Row{1, 1, 1}));
+    definition.selections = {{.column = 4, .values = {2, -4}}};
+    EXPECT_EQ(codes(1, 1, 20, 2.5), (Row{1, 1, 1}));  // ties go to the even number
+    EXPECT_EQ(codes(1, 1, 20, 1.5), (Row{1, 1, 1}));
+    EXPECT_EQ(codes(1, 1, 20, -4.5), (Row{1, 1, 1}));
+    EXPECT_EQ(codes(1, 1, 20, 3.5), (Row{0, 0, 0}));
+    EXPECT_EQ(codes(1, 1, 20, 1e300), (Row{0, 0, 0}));
+    EXPECT_EQ(codes(1, 1, 15, 2), (Row{0, 0, 0}));
+}
+
+TEST(Recoding, RefusesColumnsOutsideTheRecord) {
+    ProjectDefinition definition = Definition_of_dims({2, 2});
+    EXPECT_EQ(Make_recoding(definition).failure, "");
+    definition.variables[2].VARNO = 3;
+    EXPECT_EQ(Make_recoding(definition).failure,
+              "Variable B refers to column 3 of records of 2 values");
+    definition.variables[2].VARNO = 0;
+    EXPECT_NE(Make_recoding(definition).failure, "");
+    definition = Definition_of_dims({2, 2});
+    definition.conditions = {{.column = 3, .lower = 0, .upper = 1}};
+    EXPECT_NE(Make_recoding(definition).failure, "");
+}
+
+}  // namespace
+}  // namespace tarven
