@@ -20,7 +20,7 @@ constexpr std::size_t slot_bits = 12;
 constexpr std::size_t pool_size = 1 << 16;
 constexpr std::size_t longest_kept_row = 256;
 constexpr std::int32_t met_often = 4;
-constexpr std::int64_t longest_kept_margin = 65535;
+constexpr std::int64_t largest_kept_margin = 32767;
 constexpr std::int32_t top_threshold = std::numeric_limits<std::int32_t>::max();
 
 std::size_t Offset(std::int64_t n) {
@@ -193,22 +193,17 @@ bool Walk_to(const Ratios& ratios, const CellDraw& cell, double p0, double U, do
     return Walk_on(walk, cell, k, both, longer, sum[0], U, bound, index);
 }
 
-/// The prescribed cumulative sum up to and with the value number `index` of the outward order.
-Extended Prescribed_sum(const CellDraw& cell, std::size_t index) {
-    Extended sum = Cell_probability(cell, cell.x0);
-    const std::int64_t below = cell.x0 - cell.low, above = cell.high - cell.x0;
-    const std::int64_t both = std::min(below, above);
-    std::size_t done = 0;
-    for (std::int64_t k = 1; k <= both && done < index; ++k) {
-        sum += Cell_probability(cell, cell.x0 + k);
-        if (++done == index) break;
-        sum += Cell_probability(cell, cell.x0 - k);
-        ++done;
+/// The prescribed cumulative sums of a cell, made as far as they are asked for.
+struct PrescribedSums {
+    const CellDraw& cell;
+    std::int64_t done = -1;  ///< the index of the outward order up to which the sum goes
+    Extended sum = 0;
+
+    Extended Up_to(std::int64_t index) {
+        while (done < index) sum += Cell_probability(cell, Outward_value(cell, ++done));
+        return sum;
     }
-    for (std::int64_t k = both + 1; done < index; ++k, ++done)
-        sum += Cell_probability(cell, below <= above ? cell.x0 + k : cell.x0 - k);
-    return sum;
-}
+};
 
 std::int32_t Threshold_of_word(double word) {
     return static_cast<std::int32_t>(static_cast<std::int64_t>(word) - 0x80000000);
@@ -257,8 +252,7 @@ DrawMemory::DrawMemory() : slots_(std::size_t{1} << slot_bits) {
 
 void DrawMemory::Forget_rows() {
     std::fill(slots_.begin(), slots_.end(), Slot{});
-    pool_.clear();
-    pool_.reserve(pool_size);
+    pool_.assign(16, 0);  // place 0 stands for none
 }
 
 void DrawMemory::Cover(std::int64_t total) {
@@ -273,25 +267,26 @@ bool DrawMemory::Row(const CellDraw& cell, std::size_t longest, CellRow& row) co
     const double bound_of_logs = Bound_of_logs(cell.N);
     double sum = 0;
     bool too_long = false;
-    For_each_outward(TabulatedRatios{factors_.ratio(), factors_.inverse_ratio.data()}, cell,
-                     First_probability(factors_, cell), [&](std::int64_t x, double p) {
-                         const std::size_t index = row.length;
-                         too_long = index == longest;
-                         if (too_long) return true;
-                         sum += p;
-                         double limit = sum * 0x1p32;  // in units of the last bit of a word
-                         const double open =
-                             limit * Walk_bound(bound_of_logs, static_cast<std::int64_t>(index));
-                         bool whole = limit - open >= 0xFFFFFFFF;
-                         if (!whole && std::floor(limit - open) != std::floor(limit + open)) {
-                             const Extended exact = Prescribed_sum(cell, index) * 0x1p32L;
-                             limit = static_cast<double>(std::floor(exact));
-                             whole = exact >= 0xFFFFFFFF;
-                         }
-                         row.Push(whole ? top_threshold : Threshold_of_word(std::floor(limit)),
-                                  static_cast<std::int32_t>(x));
-                         return whole;
-                     });
+    PrescribedSums prescribed{cell};
+    For_each_outward(
+        TabulatedRatios{factors_.ratio(), factors_.inverse_ratio.data()}, cell,
+        First_probability(factors_, cell), [&](std::int64_t x, double p) {
+            const std::size_t index = row.length;
+            too_long = index == longest;
+            if (too_long) return true;
+            sum += p;
+            double limit = sum * 0x1p32;  // in units of the last bit of a word
+            const double open = limit * Walk_bound(bound_of_logs, static_cast<std::int64_t>(index));
+            bool whole = limit - open >= 0xFFFFFFFF;
+            if (!whole && std::floor(limit - open) != std::floor(limit + open)) {
+                const Extended exact = prescribed.Up_to(static_cast<std::int64_t>(index)) * 0x1p32L;
+                limit = static_cast<double>(std::floor(exact));
+                whole = exact >= 0xFFFFFFFF;
+            }
+            row.Push(whole ? top_threshold : Threshold_of_word(std::floor(limit)),
+                     static_cast<std::int32_t>(x));
+            return whole;
+        });
     if (too_long) return false;
     row.Threshold(row.length - 1) = top_threshold;  // the last value stands
     return true;
@@ -302,13 +297,18 @@ void DrawMemory::Keep_row(Slot& slot, const CellDraw& cell) {
         slot.met = -30000;  // not soon again
         return;
     }
-    if (pool_.size() + scratch_.groups.size() > pool_size) {
+    const std::vector<std::int32_t>& groups = scratch_.groups;
+    if (pool_.size() + groups.size() > pool_size) {
         const std::uint64_t key = slot.key;
         Forget_rows();
         slot.key = key;
     }
-    slot.row = static_cast<std::int32_t>(pool_.size());
-    pool_.insert(pool_.end(), scratch_.groups.begin(), scratch_.groups.end());
+    for (std::size_t k = 0; k < 8; ++k) {
+        slot.threshold[k] = groups[k];
+        slot.value[k] = static_cast<std::int16_t>(groups[8 + k]);
+    }
+    slot.more = groups.size() > 16 ? static_cast<std::int32_t>(pool_.size()) : 0;
+    pool_.insert(pool_.end(), groups.begin() + 16, groups.end());
 }
 
 std::int32_t DrawMemory::Walk(const CellDraw& cell, double U) {
@@ -332,20 +332,24 @@ std::int32_t DrawMemory::Cell(std::int64_t r, std::int64_t c, std::int64_t N, st
     if (r == 0) return 0;
     if (r == N) return static_cast<std::int32_t>(c);
     if (c == N) return static_cast<std::int32_t>(r);
-    if (r > longest_kept_margin || c > longest_kept_margin)
+    if (r > largest_kept_margin || c > largest_kept_margin)
         return Walk(Fast_cell_draw(r, c, N), word * 0x1p-32);
     const std::uint64_t key = static_cast<std::uint64_t>(N) | static_cast<std::uint64_t>(r) << 32 |
                               static_cast<std::uint64_t>(c) << 48;
     Slot& slot = slots_[(key * 0x9E3779B97F4A7C15u) >> (64 - slot_bits)];
     if (slot.key == key) {
-        if (slot.row < 0 && ++slot.met == met_often) Keep_row(slot, Fast_cell_draw(r, c, N));
-        if (slot.row >= 0) {
-            const std::int32_t* row = pool_.data() + slot.row;
+        if (slot.more < 0 && ++slot.met == met_often) Keep_row(slot, Fast_cell_draw(r, c, N));
+        if (slot.more >= 0) {
             slot.met = 4 * met_often;
-            return row[Place_in_row(row, word)];
+            const std::size_t below = Thresholds_below(slot.threshold, word);
+            if (below < 8) return slot.value[below];
+            const std::int32_t* rest = pool_.data() + slot.more;
+            return rest[Place_in_row(rest, word)];
         }
     } else if (--slot.met <= 0) {
-        slot = {key, -1, 1};
+        slot.key = key;
+        slot.met = 1;
+        slot.more = -1;
     }
     return Walk(Fast_cell_draw(r, c, N), word * 0x1p-32);
 }

@@ -54,18 +54,23 @@ struct CellRow {
     void Push(std::int32_t threshold, std::int32_t value);
 };
 
+/// How many of eight thresholds lie below a word.
+inline std::size_t Thresholds_below(const std::int32_t* threshold, std::uint32_t word) {
+    using Four = std::int32_t __attribute__((vector_size(16)));
+    const auto w = static_cast<std::int32_t>(word ^ 0x80000000u);
+    Four low, high;
+    std::memcpy(&low, threshold, sizeof low);
+    std::memcpy(&high, threshold + 4, sizeof high);
+    const Four below = (low < w) + (high < w);  // -1 for each
+    return static_cast<std::size_t>(-(below[0] + below[1] + below[2] + below[3]));
+}
+
 /// The place (in `groups`) of the value that a word draws: the first whose threshold it is not
 /// above.
 inline std::size_t Place_in_row(const std::int32_t* groups, std::uint32_t word) {
-    using Four = std::int32_t __attribute__((vector_size(16)));
-    const auto w = static_cast<std::int32_t>(word ^ 0x80000000u);
     for (std::size_t group = 0;; group += 16) {
-        Four low, high;
-        std::memcpy(&low, groups + group, sizeof low);
-        std::memcpy(&high, groups + group + 4, sizeof high);
-        const Four above = (low < w) + (high < w);  // -1 for each threshold below the word
-        const std::int32_t below = -(above[0] + above[1] + above[2] + above[3]);
-        if (below < 8) return group + 8 + static_cast<std::size_t>(below);
+        const std::size_t below = Thresholds_below(groups + group, word);
+        if (below < 8) return group + 8 + below;
     }
 }
 
@@ -90,11 +95,15 @@ class DrawMemory {
     std::int64_t settled_plainly = 0;
 
   private:
-    /// A cell that was met, and where its row begins in the pool once it was met often.
-    struct Slot {
+    /// A cell that was met, and once it was met often the first eight values of its row: one line
+    /// of the cache.
+    struct alignas(64) Slot {
         std::uint64_t key = 0;
-        std::int32_t row = -1;
         std::int32_t met = 0;
+        std::int32_t more =
+            -1;  ///< -1: no row yet; 0: it ends here; else where it goes on in pool_
+        std::int32_t threshold[8] = {};
+        std::int16_t value[8] = {};
     };
     std::int32_t Walk(const CellDraw& cell, double U);
     void Keep_row(Slot& slot, const CellDraw& cell);

@@ -34,39 +34,10 @@ bool Few_tables(const Margins& margins) {
     return margins.total <= FactorTableTop;
 }
 
-/// Concordance of cells[0..R*C-1] in the given integers, which must hold the square of the total.
-template <class Integer>
-Concordance Pairs_of_cells(const std::int32_t* cells, std::size_t R, std::size_t C,
-                           Integer* column) {
-    std::fill(column, column + C, Integer{0});
-    Integer above = 0, P = 0, Q = 0;
-    for (std::size_t i = 0; i < R; ++i, cells += C) {
-        Integer left = 0, added = 0;
-        for (std::size_t j = 0; j < C; ++j) {
-            const auto n = static_cast<Integer>(cells[j]);
-            const Integer here = column[j];
-            const Integer right = above - left - here;
-            P += n * (left + right);
-            Q += n * (left - right);
-            left += here;
-            column[j] = here + n;
-            added += n;
-        }
-        above += added;
-    }
-    return {2 * static_cast<std::int64_t>(P), 2 * static_cast<std::int64_t>(Q)};
-}
-
-Concordance Pairs(const std::vector<std::int32_t>& cells, std::size_t R, std::size_t C,
-                  std::int64_t total) {
-    constexpr std::int64_t small_total = 32767;
-    constexpr std::size_t small_width = 64;
-    if (total <= small_total && C <= small_width) {
-        std::array<std::int32_t, small_width> column;
-        return Pairs_of_cells(cells.data(), R, C, column.data());
-    }
-    std::vector<std::int64_t> column(C);
-    return Pairs_of_cells(cells.data(), R, C, column.data());
+std::int64_t Sum_of_squares(const std::vector<std::int64_t>& margin) {
+    std::int64_t sum = 0;
+    for (const std::int64_t n : margin) sum += n * n;
+    return sum;
 }
 
 }  // namespace
@@ -84,11 +55,24 @@ StratumSampler::StratumSampler(const ExpectedTable& expected, const StatisticRul
     tree_ = agree_ && Few_tables(margins_);
     if (!agree_) return;
     memory.Cover(margins_.total);
-    if (!tree_) Prepare_terms();
+    Prepare();
 }
 
-/// A window of the likely counts of each cell.
-void StratumSampler::Prepare_terms() {
+SumError::SumError(std::span<const ExpectedTable> strata, const StatisticRule& rule) {
+    double cells = 0, cases = 0;
+    for (const ExpectedTable& e : strata) {
+        cells += static_cast<double>(e.cells.size());
+        cases += e.Total();
+    }
+    relative = 0x1p-50 * (cells + 16);
+    absolute = relative * static_cast<double>(Statistic_factor(rule)) * 2 * cases;
+}
+
+/// The constants of the table, and a window of the likely counts of each cell.
+void StratumSampler::Prepare() {
+    tied_ = margins_.total * margins_.total - Sum_of_squares(margins_.row) -
+            Sum_of_squares(margins_.column);
+    factor_ = static_cast<double>(Statistic_factor(rule_));
     const auto N = static_cast<double>(margins_.total);
     std::size_t first = 0;
     for (const std::int64_t row : margins_.row)
@@ -100,49 +84,97 @@ void StratumSampler::Prepare_terms() {
             const double high = std::min({r, c, std::ceil(mean + reach)});
             Terms terms;
             terms.low = static_cast<std::int32_t>(low);
-            terms.length = static_cast<std::int32_t>(high) - terms.low + 1;
+            terms.length = static_cast<std::uint32_t>(high - low) + 1;
             terms.first = first;
-            first += static_cast<std::size_t>(terms.length);
+            first += terms.length;
             terms_.push_back(terms);
         }
-    term_.assign(first, std::numeric_limits<Extended>::quiet_NaN());
+    term_.assign(first, std::numeric_limits<double>::quiet_NaN());
 }
 
-Extended StratumSampler::Statistic() {
-    const std::size_t C = margins_.column.size();
+Extended StratumSampler::Sum_of_cells() const {
+    const auto C = static_cast<int>(margins_.column.size());
     Extended sum = 0;
-    std::size_t k = 0;
-    const auto term_of = [&](std::size_t cell) {
-        return Statistic_term(
-            cells_[cell],
-            (*expected_)(static_cast<int>(cell / C) + 1, static_cast<int>(cell % C) + 1), rule_);
-    };
-    if (terms_.empty())
-        for (; k < cells_.size(); ++k) sum += term_of(k);
-    for (; k < cells_.size(); ++k) {
-        const Terms& terms = terms_[k];
-        const auto place = static_cast<std::uint32_t>(cells_[k] - terms.low);
-        if (place >= static_cast<std::uint32_t>(terms.length)) {
-            sum += term_of(k);
-            continue;
-        }
-        Extended& term = term_[terms.first + place];
-        if (std::isnan(term)) term = term_of(k);
-        sum += term;
+    int k = 0;
+    for (const std::int32_t n : cells_) {
+        sum += Statistic_term(n, (*expected_)(k / C + 1, k % C + 1), rule_);
+        ++k;
     }
     return sum * Statistic_factor(rule_);
 }
 
-StratumReplicate StratumSampler::Evaluate() {
+Extended StratumSampler::Exact_statistic() const {
+    return last_outcome_ > 0 ? outcomes_[static_cast<std::size_t>(last_outcome_ - 1)].statistic
+                             : Sum_of_cells();
+}
+
+/// Fills in the terms that the last table needs and are not there; without the factor.
+double StratumSampler::Statistic_with_new_terms() {
+    const auto C = static_cast<int>(margins_.column.size());
+    double sum = 0;
+    for (std::size_t k = 0; k < cells_.size(); ++k) {
+        const auto i = static_cast<int>(k) / C + 1, j = static_cast<int>(k) % C + 1;
+        const auto term = static_cast<double>(Statistic_term(cells_[k], (*expected_)(i, j), rule_));
+        const auto place = static_cast<std::uint32_t>(cells_[k] - terms_[k].low);
+        if (place < terms_[k].length) term_[terms_[k].first + place] = term;
+        sum += term;
+    }
+    return sum;
+}
+
+/// One pass over the cells. `above` holds the cases of the rows above in columns 1..j, so with what
+/// stands left and right of a column above, Q grows by n (left - right). Untied pairs are all pairs
+/// but those in a row or in a column, where a cell's own pairs are taken off twice. The integers
+/// must hold the square of the total.
+template <class Integer>
+StratumReplicate StratumSampler::Evaluate_with(Integer* above) {
+    const std::size_t R = margins_.row.size(), C = margins_.column.size();
+    std::fill(above, above + C, Integer{0});
+    const std::int32_t* cell = cells_.data();
+    const Terms* terms = terms_.data();
+    const double* term = term_.data();
+    double sum = 0;
+    Integer squares = 0, Q = 0;
+    bool known = true;
+    for (std::size_t i = 0; i < R; ++i) {
+        const Integer all_above = above[C - 1];
+        Integer in_row = 0, left = 0;
+        for (std::size_t j = 0; j < C; ++j, ++cell, ++terms) {
+            const auto n = static_cast<Integer>(*cell);
+            const auto place = static_cast<std::uint32_t>(*cell - terms->low);
+            if (place >= terms->length) {
+                known = false;
+            } else {
+                sum += term[terms->first + place];
+            }
+            const Integer up_to_here = above[j];
+            squares += n * n;
+            Q += n * (left + up_to_here - all_above);
+            in_row += n;
+            left = up_to_here;
+            above[j] = up_to_here + in_row;
+        }
+    }
+    if (!known || std::isnan(sum)) sum = Statistic_with_new_terms();
     StratumReplicate result;
-    result.statistic = Statistic();
+    result.statistic = sum * factor_;
     if (with_gamma_) {
-        const Concordance pairs =
-            Pairs(cells_, margins_.row.size(), margins_.column.size(), margins_.total);
-        result.P = pairs.P;
-        result.Q = pairs.Q;
+        result.P = tied_ + static_cast<std::int64_t>(squares);
+        result.Q = 2 * static_cast<std::int64_t>(Q);
     }
     return result;
+}
+
+StratumReplicate StratumSampler::Evaluate() {
+    last_outcome_ = 0;
+    constexpr std::int64_t small_total = 32767;
+    constexpr std::size_t small_width = 64;
+    if (margins_.total <= small_total && margins_.column.size() <= small_width) {
+        std::array<std::int32_t, small_width> above;
+        return Evaluate_with(above.data());
+    }
+    std::vector<std::int64_t> above(margins_.column.size());
+    return Evaluate_with(above.data());
 }
 
 StratumReplicate StratumSampler::Draw_apart(RandomStream& stream) {
@@ -217,7 +249,7 @@ StratumReplicate StratumSampler::Grow(RandomStream& stream) {
     stream.word = jump(word);
     if (outcomes_left_ > 0) {
         --outcomes_left_;
-        outcomes_.push_back({jump, replicate});
+        outcomes_.push_back({jump, replicate, Sum_of_cells()});
         (place == at_root ? root_ : child_[place]) = -static_cast<std::int32_t>(outcomes_.size());
     }
     return replicate;
@@ -238,6 +270,7 @@ StratumReplicate StratumSampler::Draw(RandomStream& stream) {
     }
     if (link == 0) return Grow(stream);
     const Outcome& outcome = outcomes_[static_cast<std::size_t>(-link - 1)];
+    last_outcome_ = -link;
     stream.word = outcome.jump(word);
     return outcome.replicate;
 }
@@ -252,8 +285,12 @@ StratumReplicate StratumSampler::Draw(RandomStream& stream, TwoWayTable& table) 
         return result;
     }
     Random_table(margins_, stream, table);
+    last_outcome_ = 0;
+    for (std::size_t k = 0; k < cells_.size(); ++k)
+        cells_[k] =
+            table(static_cast<int>(k) / table.columns + 1, static_cast<int>(k) % table.columns + 1);
     StratumReplicate result;
-    result.statistic = Sum_of_statistic(table, *expected_, rule_);
+    result.statistic = static_cast<double>(Sum_of_cells());
     if (with_gamma_) {
         const Concordance pairs = Concordance_of(table);
         result.P = pairs.P;

@@ -16,7 +16,9 @@ namespace tarven {
 
 /// Of one table, or summed over strata.
 struct StratumReplicate {
-    Extended statistic = 0;
+    /// The statistic in 64-bit reals, with its terms summed in any order: good enough to tell most
+    /// replicates from the observed tables. `Exact_statistic` decides the others.
+    double statistic = 0;
     std::int64_t P = 0, Q = 0;  ///< untied pairs, as in Concordance; 0 when gamma is not wanted
 
     void Add(const StratumReplicate& other) {
@@ -24,6 +26,17 @@ struct StratumReplicate {
         P += other.P;
         Q += other.Q;
     }
+};
+
+/// By how much the sum of StratumReplicate::statistic over strata may differ from the sum of
+/// Sum_of_statistic. Each term is rounded once and each of the m additions errs by 2^-53 of the sum
+/// of absolute terms, which exceeds the statistic by twice its negative terms. Those sum to no less
+/// than -N: n ln(n/e) >= -e/exp(1), and n ((n/e)^lambda - 1) >= -n.
+struct SumError {
+    double absolute = 0, relative = 0;
+
+    SumError(std::span<const ExpectedTable> strata, const StatisticRule& rule);
+    double of(double statistic) const { return absolute + relative * statistic; }
 };
 
 /// A run of `m` draws whose values do not matter: word := multiplier word + increment.
@@ -57,6 +70,9 @@ class StratumSampler {
     /// The same, with the table and its margins.
     StratumReplicate Draw(RandomStream& stream, TwoWayTable& table);
 
+    /// `Sum_of_statistic` of the last table, bit for bit.
+    Extended Exact_statistic() const;
+
   private:
     struct Node {
         StreamJump jump;    ///< up to and with the draw of this cell
@@ -65,17 +81,22 @@ class StratumSampler {
     struct Outcome {
         StreamJump jump;  ///< over the draws that are left
         StratumReplicate replicate;
+        Extended statistic;
     };
     struct Terms {
-        std::int32_t low = 0, length = 0;
+        std::int32_t low = 0;
+        std::uint32_t length = 0;
         std::size_t first = 0;  ///< of its terms in term_
     };
 
     StratumReplicate Grow(RandomStream& stream);
     StratumReplicate Draw_apart(RandomStream& stream);
     StratumReplicate Evaluate();
-    Extended Statistic();
-    void Prepare_terms();
+    template <class Integer>
+    StratumReplicate Evaluate_with(Integer* above);
+    double Statistic_with_new_terms();
+    Extended Sum_of_cells() const;
+    void Prepare();
     bool Make_node(std::int32_t& link, const StreamJump& jump, std::int64_t r, std::int64_t c,
                    std::int64_t N);
 
@@ -95,8 +116,12 @@ class StratumSampler {
     std::vector<std::int32_t>
         child_;  ///< at the place of a value: 0 not met, n node n-1, -n outcome n-1
 
-    std::vector<Terms> terms_;    ///< by cell
-    std::vector<Extended> term_;  ///< nan where not yet needed
+    std::int32_t last_outcome_ = 0;  ///< n: the last table was outcome n-1; 0: it stands in cells_
+
+    std::int64_t tied_ = 0;     ///< P without the part of the cells, in pairs counted twice
+    double factor_ = 1;         ///< of the statistic
+    std::vector<Terms> terms_;  ///< by cell
+    std::vector<double> term_;  ///< nan where not yet needed
 };
 
 }  // namespace tarven
