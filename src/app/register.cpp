@@ -1,5 +1,6 @@
 #include "app/register.h"
 
+#include "project/data_commands.h"
 #include "shell/commands.h"
 #include "shell/shell_commands.h"
 #include "shell/workspace.h"
@@ -9,6 +10,7 @@ namespace tarven {
 void Register_all() {
     Register_shell_lifecycle();
     Register_shell_commands();
+    Register_data_commands();
     Init_workspace();
 }
 
