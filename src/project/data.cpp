@@ -31,16 +31,20 @@ DataSource Data_source(const DataAtHand& at_hand) {
     return DataSource::tabfile;
 }
 
-DataSource Data_source() {
+DataAtHand Data_at_hand() {
     const ProjectFiles& files = The_project.files;
-    return Data_source({.Nused = The_project.Nused,
-                        .Ntabcells = The_data.Ntabcells,
-                        .N = The_project.N,
-                        .data_ready = The_data.data_ready,
-                        .tabdata_ready = The_data.tabdata_ready,
-                        .DAT = files.DAT.exists,
-                        .SYS = files.SYS.exists,
-                        .TAB = files.TAB.exists});
+    return {.Nused = The_project.Nused,
+            .Ntabcells = The_data.Ntabcells,
+            .N = The_project.N,
+            .data_ready = The_data.data_ready,
+            .tabdata_ready = The_data.tabdata_ready,
+            .DAT = files.DAT.exists,
+            .SYS = files.SYS.exists,
+            .TAB = files.TAB.exists};
+}
+
+DataSource Data_source() {
+    return Data_source(Data_at_hand());
 }
 
 std::string Data_source_text(DataSource source) {

@@ -51,7 +51,9 @@ struct DataAtHand {
 /// The cheapest source: DATA and TABdata in memory before files, and cases before cells when they
 /// are not larger, N*Nused <= (N+1)*Ntabcells.
 DataSource Data_source(const DataAtHand& at_hand);
-/// The same for the workspace.
+/// What the workspace has.
+DataAtHand Data_at_hand();
+/// The cheapest source of the workspace.
 DataSource Data_source();
 
 /// "Data source: TABdata in memory" and so on.
