@@ -1,0 +1,149 @@
+#include "app/program.h"
+
+#include <fmt/format.h>
+
+#include <iostream>
+#include <new>
+
+#include "app/options.h"
+#include "app/output.h"
+#include "app/register.h"
+#include "app/start.h"
+#include "shell/command_files.h"
+#include "shell/command_stream.h"
+#include "shell/command_table.h"
+#include "shell/commands.h"
+#include "shell/dispatcher.h"
+#include "shell/files.h"
+#include "shell/help.h"
+#include "shell/report.h"
+#include "shell/session.h"
+#include "shell/text.h"
+#include "shell/user.h"
+
+namespace tarven {
+
+namespace {
+
+void Name_the_program(int argc, const char* const* argv) {
+    std::error_code ignored;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", ignored);
+    The_session.AppPath = program.parent_path();
+    The_session.AppName = Path_text(program.stem());
+    The_session.AppExtension = Path_text(program.extension());
+    for (int k = 1; k < argc; ++k) {
+        if (k > 1) The_session.arguments += ' ';
+        The_session.arguments += To_latin1(argv[k]);
+    }
+}
+
+void Run_lines_of_stream() {
+    while (!The_session.QuitRequested) {
+        const std::optional<std::string> line = Next_line();
+        if (!line) break;
+        Run_line(*line);
+    }
+}
+
+/// The lines of -c, then the files; false when a file could not be run.
+bool Run_commands_and_files(const Options& options) {
+    Push_lines(options.commands);
+    Run_lines_of_stream();
+    Pop_line_source();
+    bool all_run = true;
+    for (const auto& file : options.files) {
+        if (The_session.QuitRequested) break;
+        all_run = RunBatchfile(file) && all_run;
+    }
+    return all_run;
+}
+
+void Run_standard_input() {
+    Push_line_source([]() -> std::optional<std::string> {
+        std::string line;
+        if (!std::getline(std::cin, line)) return {};
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        return To_latin1(line);
+    });
+    Run_lines_of_stream();
+}
+
+/// The end of input is EXI, from whatever mode it is met in.
+void Exit_session() {
+    The_modes.modes.clear();
+    const Command* exit = Find_command(Command_number("EXI"));
+    if (exit && exit->run && exit->available) {
+        if (!The_session.QuitRequested) Run_line("EXI");
+        return;
+    }
+    const std::filesystem::path first_stage = The_report.ReportFile;
+    Release_report_file();
+    std::error_code ignored;
+    if (!first_stage.empty()) std::filesystem::remove(first_stage, ignored);
+}
+
+int Run_session(const Options& options) {
+    if (options.automatic) Run_line("AUT");
+    bool all_run = options.project.empty() || Open_project_at_start(options.project);
+    if (options.Runs_and_exits()) {
+        if (all_run) all_run = Run_commands_and_files(options);
+    } else if (all_run) {
+        Run_standard_input();
+    }
+    Exit_session();
+    if (The_output.failed) return Status_of_failure;
+    return all_run ? Status_of_success : Status_of_usage;
+}
+
+int Failure(const std::string& cause) {
+    fmt::print(stderr, "tarven ends: {}\n", cause);
+    try {
+        Close_report();
+    } catch (const std::exception&) {
+        // What could not be shown stands in the file of the first stage, written line by line.
+    }
+    return Status_of_failure;
+}
+
+}  // namespace
+
+int Run_guarded(const std::function<int()>& session) {
+    try {
+        return session();
+    } catch (const std::bad_alloc&) {
+        return Failure("no memory");
+    } catch (const std::length_error&) {
+        return Failure("no memory");
+    } catch (const std::exception& error) {
+        return Failure(error.what());
+    }
+}
+
+int Run_program(int argc, const char* const* argv) {
+    return Run_guarded([&] {
+        const ReadOptions read = Read_options(argc, argv);
+        if (read.ends) {
+            fmt::print(read.status == Status_of_success ? stdout : stderr, "{}", read.text);
+            return read.status;
+        }
+        Register_all();
+        if (read.options.commands_reference) {
+            fmt::print("{}", Command_reference());
+            return Status_of_success;
+        }
+        Name_the_program(argc, argv);
+        The_session.StartPath = read.options.start;
+        if (!read.options.report.empty()) {
+            const std::string failure = Open_report_copy(read.options.report);
+            if (!failure.empty()) {
+                fmt::print(stderr, "{}\n", failure);
+                return Status_of_usage;
+            }
+        }
+        The_report.on_line = Print_report_line;
+        The_user.user.show_message = Print_message;
+        return Run_session(read.options);
+    });
+}
+
+}  // namespace tarven
