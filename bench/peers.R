@@ -65,7 +65,3 @@ for (shape in list(c(2, 2, 20, 500), c(2, 2, 40, 500), c(3, 4, 12, 500), c(3, 3,
        rate(20000, strata_loop(s, 20000)))
 }
 show("an item pair: 40 strata of 3x3, 1000 tables", rate(1000, strata_loop(stratified(3, 3, 40, 320), 1000)))
-
-# Asymptotic tests of a list of small tables.
-t <- sloping(3, 3, 200)
-show("fisher.test 4x4 (tables enumerated inside)", rate(1, fisher.test(sloping(4, 4, 60), workspace = 2e8)))

@@ -1,31 +1,42 @@
 #include "tables/gamma.h"
 
+#include <array>
 #include <cmath>
 
+#include "shell/limits.h"
 #include "tables/distributions.h"
 
 namespace tarven {
 
-Concordance Concordance_of(const TwoWayTable& counts) {
-    const int R = counts.rows, C = counts.columns;
-    // above[j]: the cases of columns 1..j in the rows above the current one.
-    std::vector<std::int64_t> column(static_cast<std::size_t>(C) + 1);
+namespace {
+
+/// `column` holds the cases of each column in the rows above the current one; it starts at 0.
+Concordance Count_pairs(const TwoWayTable& counts, std::int64_t* column) {
     std::int64_t concordant = 0, discordant = 0, above = 0;
-    for (int i = 1; i <= R; ++i) {
+    for (int i = 1; i <= counts.rows; ++i) {
         const std::int32_t* row = counts.Row(i);
         std::int64_t left = 0, added = 0;
-        for (int j = 0; j < C; ++j) {
+        for (int j = 0; j < counts.columns; ++j) {
             const std::int64_t n = row[j];
-            std::int64_t& here = column[static_cast<std::size_t>(j)];
             concordant += n * left;
-            left += here;
+            left += column[j];
             discordant += n * (above - left);
-            here += n;
+            column[j] += n;
             added += n;
         }
         above += added;
     }
     return {2 * (concordant + discordant), 2 * (concordant - discordant)};
+}
+
+}  // namespace
+
+Concordance Concordance_of(const TwoWayTable& counts) {
+    std::array<std::int64_t, MaxCategories + 1> column{};
+    if (counts.columns <= static_cast<int>(column.size()))
+        return Count_pairs(counts, column.data());
+    std::vector<std::int64_t> many(static_cast<std::size_t>(counts.columns));
+    return Count_pairs(counts, many.data());
 }
 
 CellConcordance Cell_concordance(const TwoWayTable& counts) {

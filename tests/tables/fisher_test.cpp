@@ -20,6 +20,7 @@ TEST(Fisher, AgreesWithReferenceEnumerations) {
         const std::string name =
             row.at("project").get<std::string>() + row.at("table").get<std::string>();
         const double error = table.Total() > 1000 ? 1e-3 : 1e-10;
+        const double at_least = table.Total() > 1000 ? 1 - error : 1 + 1e-9;
         for (const char* symbol : {"X2", "G2", "D2"}) {
             StatisticRule rule;
             rule.statistic = symbol[0] == 'X'   ? Statistic::pearson
@@ -33,8 +34,7 @@ TEST(Fisher, AgreesWithReferenceEnumerations) {
                         1e-9)
                 << name;
             EXPECT_LE(f.p_exact, row.at(p).get<double>() * (1 + error)) << name << symbol;
-            EXPECT_GT(f.p_exact, row.at(p + "_strict").get<double>() * (1 - error))
-                << name << symbol;
+            EXPECT_GT(f.p_exact, row.at(p + "_strict").get<double>() * at_least) << name << symbol;
             if (!gamma) continue;
             EXPECT_NEAR(f.gamma.gamma, row.at("gamma").get<double>(), 1e-11) << name;
             EXPECT_NEAR(f.p_gamma_exact, row.at("p_gamma_1sided").get<double>(), error) << name;

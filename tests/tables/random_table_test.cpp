@@ -110,6 +110,27 @@ TEST(RandomTable, FastDrawsEqualPlainDrawsAtTheEdgesOfTheSteps) {
     }
 }
 
+// One case of a row among a power of two: the cumulative probabilities are words exactly, but for
+// the rounding of the log factorials. Only the prescribed sum can tell on which side it falls.
+TEST(RandomTable, DrawsOnAStepAreSettledByThePrescribedSum) {
+    std::int64_t settled = 0;
+    for (const std::int64_t N : {2, 4, 8, 16, 64})
+        for (std::int64_t c = 1; c < N; ++c) {
+            const CellDraw cell = Cell_draw(1, c, N);
+            const auto first = static_cast<std::uint64_t>(cell.x0 == 0 ? N - c : c);
+            const auto word =
+                static_cast<std::uint32_t>((first << 32) / static_cast<std::uint64_t>(N));
+            const std::int64_t plain = Cell_for_uniform(cell, word * 0x1p-32);
+            DrawMemory memory;
+            EXPECT_EQ(memory.Cell(1, c, N, word), plain) << c << " of " << N;
+            settled += memory.settled_plainly;
+            CellRow row;
+            ASSERT_TRUE(memory.Row(cell, 8, row));
+            EXPECT_EQ(row.groups[Place_in_row(row.groups.data(), word)], plain) << c << " of " << N;
+        }
+    EXPECT_GT(settled, 50);
+}
+
 TEST(RandomTable, WalkStaysWithinItsBoundOfThePrescribedProbabilities) {
     // Margins beyond the tables of factors, where the ratio comes from a formula.
     DrawMemory memory;
