@@ -1,6 +1,7 @@
 #include "app/program.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <iostream>
 #include <new>
@@ -9,6 +10,8 @@
 #include "app/output.h"
 #include "app/register.h"
 #include "app/start.h"
+#include "app/terminal_user.h"
+#include "project/project.h"
 #include "shell/command_files.h"
 #include "shell/command_stream.h"
 #include "shell/command_table.h"
@@ -41,8 +44,17 @@ void Run_lines_of_stream() {
     while (!The_session.QuitRequested) {
         const std::optional<std::string> line = Next_line();
         if (!line) break;
+        Command_begins();
         Run_line(*line);
+        Command_ended();
     }
+}
+
+std::vector<LabelAndName> Labels_of_project() {
+    std::vector<LabelAndName> labels;
+    for (int i = 1; i <= The_project.N; ++i)
+        labels.push_back({The_project.variables[i].label, The_project.variables[i].name});
+    return labels;
 }
 
 /// The lines of -c, then the files; false when a file could not be run.
@@ -53,7 +65,9 @@ bool Run_commands_and_files(const Options& options) {
     bool all_run = true;
     for (const auto& file : options.files) {
         if (The_session.QuitRequested) break;
+        Command_begins();
         all_run = RunBatchfile(file) && all_run;
+        Command_ended();
     }
     return all_run;
 }
@@ -66,6 +80,17 @@ void Run_standard_input() {
         return To_latin1(line);
     });
     Run_lines_of_stream();
+}
+
+/// Lines typed at the prompt. They stand in no stream, for questions are asked of the person.
+void Run_typed_lines() {
+    while (!The_session.QuitRequested) {
+        const std::optional<std::string> line = Type_line();
+        if (!line) break;
+        Command_begins();
+        Run_line(*line);
+        Command_ended();
+    }
 }
 
 /// The end of input is EXI, from whatever mode it is met in.
@@ -83,10 +108,18 @@ void Exit_session() {
 }
 
 int Run_session(const Options& options) {
+    const bool interactive = !options.Runs_and_exits() && Person_at_terminal();
+    if (interactive) Install_terminal_user();
+    if (isatty(STDIN_FILENO)) Install_interrupt();
+    Install_banners();
+    Labels_to_complete = Labels_of_project;
     if (options.automatic) Run_line("AUT");
     bool all_run = options.project.empty() || Open_project_at_start(options.project);
     if (options.Runs_and_exits()) {
         if (all_run) all_run = Run_commands_and_files(options);
+    } else if (interactive) {
+        Run_typed_lines();
+        all_run = true;  // a project that was not opened can be opened at the prompt
     } else if (all_run) {
         Run_standard_input();
     }

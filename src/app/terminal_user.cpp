@@ -1,0 +1,291 @@
+#include "app/terminal_user.h"
+
+#include <fmt/format.h>
+#include <histedit.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <clocale>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+
+#include "app/output.h"
+#include "shell/files.h"
+#include "shell/text.h"
+#include "shell/user.h"
+#include "shell/words.h"
+
+extern char** environ;
+
+namespace tarven {
+
+namespace {
+
+constexpr int HistoryLength = 500;
+constexpr std::size_t LongestList = 60;  ///< completions shown
+
+// What a signal handler may read.
+inline std::atomic<bool> Command_runs{false};
+inline std::atomic<bool> Interrupted_before{false};
+
+/// libedit and what it holds; one for the program.
+struct Line_editor {
+    std::unique_ptr<EditLine, decltype(&el_end)> editor{nullptr, el_end};
+    std::unique_ptr<::History, decltype(&history_end)> history{nullptr, history_end};
+    std::string prompt;  ///< UTF-8
+    std::FILE* screen = stdout;
+};
+
+inline Line_editor The_editor;
+inline bool Banner_shown = false;
+
+void Interrupt(int) {
+    if (!Command_runs.load()) return;  // the line editor gives up its line
+    if (Interrupted_before.exchange(true)) {
+        std::signal(SIGINT, SIG_DFL);
+        std::raise(SIGINT);
+        return;
+    }
+    Stop_requested.store(true);
+}
+
+char* Prompt(EditLine*) {
+    return The_editor.prompt.data();
+}
+
+/// Tab: puts in what all completions share, or lists them.
+unsigned char Complete(EditLine* editor, int) {
+    const LineInfo* line = el_line(editor);
+    const std::string before = To_latin1({line->buffer, line->cursor});
+    const auto labels = Labels_to_complete ? Labels_to_complete() : std::vector<LabelAndName>();
+    const Completions found = Completions_of(before, labels);
+    if (found.words.empty()) return CC_REFRESH_BEEP;
+    std::string text = Common_beginning(found.words);
+    if (found.words.size() == 1) text += ' ';
+    if (static_cast<int>(text.size()) > found.replaced || found.words.size() == 1) {
+        el_deletestr(editor, found.replaced);
+        el_insertstr(editor, To_utf8(text).c_str());
+        return CC_REFRESH;
+    }
+    fmt::print(The_editor.screen, "\n");
+    for (std::size_t line_index = 0; line_index < std::min(found.shown.size(), LongestList);
+         ++line_index)
+        fmt::print(The_editor.screen, "{}\n", To_utf8(Printable(found.shown[line_index])));
+    std::fflush(The_editor.screen);
+    return CC_REDISPLAY;
+}
+
+void Open_editor() {
+    if (The_editor.editor) return;
+    // Characters of the terminal alone: numbers keep their decimal point.
+    if (!std::setlocale(LC_CTYPE, "") || MB_CUR_MAX == 1) std::setlocale(LC_CTYPE, "C.UTF-8");
+    The_editor.screen = isatty(STDOUT_FILENO) ? stdout : stderr;
+    The_editor.editor.reset(el_init("tarven", stdin, The_editor.screen, stderr));
+    if (!The_editor.editor) return;
+    EditLine* editor = The_editor.editor.get();
+    The_editor.history.reset(history_init());
+    HistEvent event;
+    history(The_editor.history.get(), &event, H_SETSIZE, HistoryLength);
+    history(The_editor.history.get(), &event, H_SETUNIQUE, 1);
+    el_set(editor, EL_PROMPT, Prompt);
+    el_set(editor, EL_EDITOR, "emacs");
+    el_set(editor, EL_HIST, history, The_editor.history.get());
+    el_set(editor, EL_ADDFN, "complete-word", "Complete the word", Complete);
+    el_set(editor, EL_BIND, "\t", "complete-word", nullptr);
+}
+
+/// One typed line (Latin-1) behind a prompt; nothing at the end of input. An interrupted line is
+/// given up and the prompt shown again, unless a question is asked, which then has no answer.
+std::optional<std::string> Read_typed(const std::string& prompt, bool is_command) {
+    Open_editor();
+    if (!The_editor.editor) return {};
+    The_editor.prompt = To_utf8(Printable(prompt));
+    for (;;) {
+        int length = 0;
+        errno = 0;
+        const char* typed = el_gets(The_editor.editor.get(), &length);
+        if (!typed || length <= 0) {
+            fmt::print(The_editor.screen, "\n");
+            if (length < 0 && errno == EINTR && is_command) {
+                el_reset(The_editor.editor.get());
+                continue;
+            }
+            return {};
+        }
+        std::string_view line(typed, static_cast<std::size_t>(length));
+        while (!line.empty() && (line.back() == '\n' || line.back() == '\r')) line.remove_suffix(1);
+        if (is_command && line.find_first_not_of(' ') != std::string_view::npos) {
+            HistEvent event;
+            history(The_editor.history.get(), &event, H_ENTER, std::string(line).c_str());
+        }
+        return To_latin1(line);
+    }
+}
+
+std::optional<std::string> Read_answer(const std::string& prompt) {
+    if (The_output.before_line) The_output.before_line();
+    const bool runs = Command_runs.exchange(false);
+    std::optional<std::string> answer = Read_typed(prompt, false);
+    Command_runs.store(runs);
+    return answer;
+}
+
+void Show(const std::string& text) {
+    if (The_output.before_line) The_output.before_line();
+    for (const std::string& line : Split_lines(text))
+        fmt::print(The_editor.screen, "{}\n", To_utf8(Printable(line)));
+    std::fflush(The_editor.screen);
+}
+
+/// A question of several lines has its last line for a prompt.
+std::optional<bool> Ask_yes_no(const std::string& text) {
+    std::vector<std::string> lines = Split_lines(text);
+    const std::string question = lines.empty() ? "" : lines.back();
+    if (!lines.empty()) lines.pop_back();
+    for (const std::string& line : lines) Show(line);
+    for (;;) {
+        const std::optional<std::string> typed = Read_answer(question + " (Y/N) ");
+        if (!typed) return {};
+        const std::string word = Upper(Get_word(1, *typed));
+        if (word == "Y" || word == "YES") return true;
+        if (word == "N" || word == "NO") return false;
+    }
+}
+
+std::optional<std::string> Ask_text(const std::string& caption, const std::string& prompt,
+                                    const std::string& initial) {
+    if (!caption.empty()) Show(caption);
+    const std::string shown = initial.empty() ? "" : fmt::format(" [{}]", initial);
+    std::optional<std::string> typed = Read_answer(fmt::format("{}{}: ", prompt, shown));
+    if (typed && typed->empty()) return initial;
+    return typed;
+}
+
+std::string Ask_labels(const std::string& title, const std::vector<std::string>& labels) {
+    Show(title);
+    for (const std::string& label : labels) Show("  " + label);
+    return Read_answer("Labels: ").value_or("");
+}
+
+std::string Ask_file(const std::string& title, const std::string& filter,
+                     const std::string& folder) {
+    Show(fmt::format("{} ({})", title, filter));
+    const std::string typed = Read_answer(fmt::format("File in {}: ", folder)).value_or("");
+    if (typed.empty()) return "";
+    return Path_text(Text_path(folder) / Text_path(typed));
+}
+
+bool Ask_after_warning(const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) Show(line.empty() ? " " : line);
+    return Ask_yes_no("Go on?").value_or(false);
+}
+
+/// The editor may be a command with arguments, so a shell takes it apart.
+bool Run_editor(const std::string& editor, const std::string& file) {
+    const std::string script = "exec " + editor + " \"$1\"";
+    const char* arguments[] = {"sh", "-c", script.c_str(), "sh", file.c_str(), nullptr};
+    pid_t child = 0;
+    if (posix_spawn(&child, "/bin/sh", nullptr, nullptr, const_cast<char**>(arguments), environ) !=
+        0)
+        return false;
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0)
+        if (errno != EINTR) return false;
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+bool Edit_file(const std::string& path) {
+    const char* editor = std::getenv("VISUAL");
+    if (!editor || !*editor) editor = std::getenv("EDITOR");
+    if (!editor || !*editor) {
+        ShowMessage(path + " cannot be edited: EDITOR names no editor");
+        return false;
+    }
+    if (!Run_editor(editor, Text_path(path).string())) {
+        ShowMessage(fmt::format("{} was not edited: {} failed", path, editor));
+        return false;
+    }
+    return Ask_yes_no(fmt::format("Use {} as it stands now?", path)).value_or(false);
+}
+
+void Clear_banner() {
+    if (!Banner_shown) return;
+    Banner_shown = false;
+    std::fputs("\r\x1b[K", stderr);
+    std::fflush(stderr);
+}
+
+void Show_banner(const std::string& text) {
+    Clear_banner();
+    if (text.empty()) return;
+    Banner_shown = true;
+    // One line of the terminal, or it could not be taken away again.
+    std::fputs(To_utf8(Printable(text.substr(0, 78))).c_str(), stderr);
+    std::fflush(stderr);
+}
+
+std::string Panels() {
+    std::string text;
+    for (int panel = 0; panel <= 2; ++panel) {
+        const std::string& shown = The_user.panels[static_cast<std::size_t>(panel)];
+        if (shown.empty()) continue;
+        if (!text.empty()) text += " | ";
+        text += shown;
+    }
+    return text.empty() ? "tarven" : text;
+}
+
+}  // namespace
+
+bool Person_at_terminal() {
+    return isatty(STDIN_FILENO) && (isatty(STDOUT_FILENO) || isatty(STDERR_FILENO));
+}
+
+void Install_terminal_user() {
+    User& user = The_user.user;
+    user.ask_yes_no = Ask_yes_no;
+    user.ask_user = Ask_text;
+    user.select_variables = Ask_labels;
+    user.choose_file = Ask_file;
+    user.warning_dialog = Ask_after_warning;
+    user.edit_file = Edit_file;
+}
+
+std::optional<std::string> Type_line() {
+    if (The_output.before_line) The_output.before_line();
+    return Read_typed(Panels() + "> ", true);
+}
+
+void Install_banners() {
+    if (!isatty(STDERR_FILENO)) return;
+    The_output.before_line = Clear_banner;
+    The_user.user.wait = Show_banner;
+    The_user.user.progress = [](const std::string& title, std::int64_t position, std::int64_t end) {
+        if (position < 0) return Show_banner("");
+        Show_banner(fmt::format("{}: {} of {}", title, position, end));
+    };
+}
+
+void Install_interrupt() {
+    struct sigaction action {};
+    action.sa_handler = Interrupt;
+    sigemptyset(&action.sa_mask);
+    sigaction(SIGINT, &action, nullptr);
+}
+
+void Command_begins() {
+    Interrupted_before.store(false);
+    Stop_requested.store(false);
+    Command_runs.store(true);
+}
+
+void Command_ended() {
+    Command_runs.store(false);
+}
+
+}  // namespace tarven
