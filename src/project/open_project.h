@@ -1,0 +1,32 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "project/project.h"
+
+namespace tarven {
+
+/// Reads the project whose folder and name stand in The_project: definitions, category names, data;
+/// writes its summary. False leaves a project without variables, closed, with the reason shown.
+bool Open_project_files();
+
+/// The interactive opening. Without `chosen` the user chooses a DEF file; with it that file is
+/// taken as chosen. Keeps the start-up memory and the project log, and runs project.INI. False when
+/// no project was opened.
+bool OpenTarvenProjectClick(const std::filesystem::path& chosen = {});
+
+/// The interactive opening of a project named on the command line: a name in the current folder or
+/// a path, with or without ".DEF".
+bool Open_project_at_start(const std::string& name);
+
+/// Runs project.INI, when there is one.
+void Run_ini_file();
+
+/// Sets folder and name of a project and forgets all else of the one before.
+void Set_project(const std::filesystem::path& folder, const std::string& name);
+
+/// Changes the current folder; false when that fails.
+bool Change_folder(const std::filesystem::path& folder);
+
+}  // namespace tarven
