@@ -4,6 +4,7 @@
 #include "shell/commands.h"
 #include "shell/shell_commands.h"
 #include "shell/workspace.h"
+#include "tables/tables_commands.h"
 
 namespace tarven {
 
@@ -11,6 +12,7 @@ void Register_all() {
     Register_shell_lifecycle();
     Register_shell_commands();
     Register_data_commands();
+    Register_tables_commands();
     Init_workspace();
 }
 
