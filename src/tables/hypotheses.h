@@ -85,7 +85,8 @@ struct HypothesisWorkspace {
     bool hypotheses_ready = false;    ///< the list is not empty and belongs to what stands now
     bool tested = false;              ///< the results are those of a test
     HypothesisScope scope = HypothesisScope::table;
-    std::string labels;  ///< of the variables that the roles are numbered by
+    bool PartialTestsOff = false;  ///< no tests against two-factor association on this table
+    std::string labels;            ///< of the variables that the roles are numbered by
 };
 
 inline HypothesisWorkspace The_hypotheses;

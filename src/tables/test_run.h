@@ -23,8 +23,9 @@ struct TestedTable {
     std::vector<std::int64_t> Cfactor;    ///< [1..Nvar]: distance of neighbouring categories
     const std::int32_t* cells = nullptr;  ///< the cell of all first categories
     std::int64_t NTOTAL = 0;
+    bool big = false;  ///< more than eight variables
 
-    /// A table without such a block (more than eight variables) reads its slices itself: all
+    /// A table without such a block reads its slices itself: all
     /// non-empty slices of a hypothesis, the first conditioning variable fastest.
     std::function<std::vector<LocalSlice>(const Hypothesis&)> read_slices;
 

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "shell/commands.h"
+#include "tables/local_engine.h"
+#include "tables/test_run.h"
+
+namespace tarven {
+
+/// HYPOTHESES, THREEWAY, ELABORATE, CHOOSE, TEST and FISHER on the current table.
+
+/// The analyses that TEST runs by its letters after the local test of a hypothesis. An empty one
+/// answers that it is not available yet. Each returns the lines of its report.
+using TestAnalysis =
+    std::function<std::vector<std::string>(const LocalHypothesis&, const LocalResult&)>;
+struct TestAnalyses {
+    TestAnalysis local_gammas;  ///< L, two-way tables
+    TestAnalysis homogeneity;   ///< D, hypotheses with conditioning variables
+    TestAnalysis pseudo_gamma;  ///< G
+    TestAnalysis collapse;      ///< K
+    TestAnalysis power_series;  ///< Q, two-way tables
+    /// TEST with a list of variables: hypotheses of the project graph.
+    std::function<Outcome()> graph_tests;
+};
+
+inline TestAnalyses The_test_analyses;
+
+/// The current table as the tests read it; nothing without a table.
+std::optional<TestedTable> Current_tested_table();
+
+/// Its variables as hypotheses are made over them.
+HypothesisVariables Current_hypothesis_variables();
+
+/// TEST: tests the list of hypotheses on the current table by the letters of The_line, stores the
+/// rows and writes the report.
+Outcome Run_tests();
+
+void Register_test_commands();
+
+}  // namespace tarven
