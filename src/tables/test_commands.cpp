@@ -240,7 +240,7 @@ LocalResult Run_local_test(const TestedTable& table, std::size_t k, const TestOp
     if (options.PrintTable) Print_strata(k + 1, hypothesis, result, options);
     // The line under the box of a single table has said it all already.
     if (simulates || !two_way || !options.PrintTable) {
-        Write_report("");
+        if (!options.PrintTable) Write_report("");
         Write_all(single_exa_summary(Summary_row(table, k), settings));
     }
     if (big && The_settings.PartialTests && !two_way) Write_report("Partial test not ready (3)");
