@@ -28,7 +28,6 @@ HYP AB
 FIS
 HOM
 CMH
-SHO V
 SHO T
 SHO
 DIS
@@ -47,7 +46,7 @@ PBO
 ab
 QV1
 INV
-TAB ?
+loc ?
 exa ?
 sequential ?
 LOC?
