@@ -14,13 +14,17 @@ std::vector<int> Dimensions(const ProjectDefinition& definition) {
 }
 
 void Append_codes(std::string& line, const std::uint8_t* codes, int N) {
+    const std::size_t length = line.size();
+    line.resize(length + 4 * static_cast<std::size_t>(N));
+    char* at = line.data() + length;
     for (int v = 0; v < N; ++v) {
         const unsigned code = codes[v];
-        if (code >= 100) line += static_cast<char>('0' + code / 100);
-        if (code >= 10) line += static_cast<char>('0' + code / 10 % 10);
-        line += static_cast<char>('0' + code % 10);
-        line += ' ';
+        if (code >= 100) *at++ = static_cast<char>('0' + code / 100);
+        if (code >= 10) *at++ = static_cast<char>('0' + code / 10 % 10);
+        *at++ = static_cast<char>('0' + code % 10);
+        *at++ = ' ';
     }
+    line.resize(static_cast<std::size_t>(at - line.data()));
 }
 
 std::string Read_codes(std::string_view line, const std::vector<int>& dims, std::uint8_t* codes,

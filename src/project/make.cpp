@@ -166,7 +166,6 @@ MakeResult Make_files(const ProjectDefinition& definition, const fs::path& DAT, 
     ReplacementFile new_SYS(SYS);
     PatternCounter patterns(Dimensions(definition));
     RecordCounts counts;
-    bool fits = true;
     std::string block;
     block.reserve(WriteBlock + 4096);
     result.unreadable =
@@ -174,7 +173,7 @@ MakeResult Make_files(const ProjectDefinition& definition, const fs::path& DAT, 
             Append_codes(block, codes, N);
             block += '\n';
             Write_when_full(new_SYS, block, WriteBlock);
-            if (fits) fits = patterns.Add(codes);
+            patterns.Add(codes);
             if (counts.accepted % RecordsPerStep != 0) return true;
             result.stopped = step && !step(counts.read);
             return !result.stopped && new_SYS.ok();
@@ -184,6 +183,7 @@ MakeResult Make_files(const ProjectDefinition& definition, const fs::path& DAT, 
     result.Nused = counts.accepted;
     if (result.stopped) return result;
 
+    const bool fits = !patterns.Overflowed();
     const bool whole = result.unreadable.empty() && fits;
     if (!fits) result.failure = "Failure initializing TABdata";
     ReplacementFile new_TAB(TAB);
@@ -216,13 +216,12 @@ MakeResult Collect_records(const ProjectDefinition& definition, const fs::path& 
     const std::vector<int> dims = Dimensions(definition);
     LineReader file(SYS);
     PatternCounter patterns(dims);
-    bool fits = true;
     result.failure = Read_SYS_cases(file, dims, [&](const std::uint8_t* codes, std::int32_t) {
         ++result.Nused;
-        fits = patterns.Add(codes);
-        return fits;
+        patterns.Add(codes);
+        return true;
     });
-    if (!fits) result.failure = "Failure initializing TABdata";
+    if (patterns.Overflowed()) result.failure = "Failure initializing TABdata";
     if (result.failure.empty()) result.failure = patterns.Move_to(result.TABdata);
     if (!result.failure.empty()) return result;
     ReplacementFile new_TAB(TAB);

@@ -52,16 +52,20 @@ std::uint64_t Mixed(std::uint64_t x) {
 struct PatternCounter::Counts {
     explicit Counts(std::vector<Place> p) : places(std::move(p)) {}
     virtual ~Counts() = default;
-    virtual bool Add(const std::uint8_t* codes) = 0;
+    virtual void Add(const std::uint8_t* codes) = 0;
+    /// Counts what is pending.
+    virtual void Settle() = 0;
     virtual std::int64_t Ncells() const = 0;
     virtual std::string Move_to(CellStore& store) = 0;
 
     int N() const { return static_cast<int>(places.size()); }
     std::vector<Place> places;
+    bool overflowed = false;
 };
 
-/// Patterns of W words. `slots` holds numbers of entries plus one, 0 for an empty slot; entries
-/// stand in the order in which they were first met.
+/// Patterns of W words, in slots of open addressing; a count of 0 marks an empty slot. Cases wait
+/// in small batches between the fetching of their slots and the counting, since the slots of a
+/// large table are far away in memory.
 template <std::size_t W>
 struct PatternCounter::CountsOfWords : PatternCounter::Counts {
     using Key = std::array<std::uint64_t, W>;
@@ -69,8 +73,10 @@ struct PatternCounter::CountsOfWords : PatternCounter::Counts {
         Key key;
         std::int32_t count;
     };
+    static constexpr std::size_t FirstSlots = 1u << 12;
+    static constexpr std::size_t Batch = 32;
 
-    explicit CountsOfWords(std::vector<Place> p) : Counts(std::move(p)), slots(1u << 12) {}
+    explicit CountsOfWords(std::vector<Place> p) : Counts(std::move(p)), slots(FirstSlots) {}
 
     static std::uint64_t Hash(const Key& key) {
         std::uint64_t hash = 0;
@@ -78,61 +84,78 @@ struct PatternCounter::CountsOfWords : PatternCounter::Counts {
         return hash;
     }
 
-    bool Add(const std::uint8_t* codes) override {
+    void Add(const std::uint8_t* codes) override {
         Key key{};
         for (const Place& place : places)
             key[place.word] |= static_cast<std::uint64_t>(*codes++) << place.shift;
+        keys[pending] = key;
+        hashes[pending] = Hash(key);
+        __builtin_prefetch(&slots[hashes[pending] & (slots.size() - 1)]);
+        if (++pending == Batch) Settle();
+    }
+
+    void Settle() override {
+        for (std::size_t k = 0; k < pending; ++k) Count(keys[k], hashes[k]);
+        pending = 0;
+    }
+
+    void Count(const Key& key, std::uint64_t hash) {
         const std::size_t mask = slots.size() - 1;
-        std::size_t slot = Hash(key) & mask;
-        for (; slots[slot] != 0; slot = (slot + 1) & mask) {
-            Entry& entry = entries[slots[slot] - 1];
-            if (entry.key == key) {
-                ++entry.count;
-                return true;
+        std::size_t slot = hash & mask;
+        for (; slots[slot].count != 0; slot = (slot + 1) & mask)
+            if (slots[slot].key == key) {
+                ++slots[slot].count;
+                return;
             }
+        if (!Cells_fit(Ncells() + 1, N())) {
+            overflowed = true;
+            return;
         }
-        if (!Cells_fit(Ncells() + 1, N())) return false;
-        entries.push_back({key, 1});
-        slots[slot] = static_cast<std::uint32_t>(entries.size());
-        if (2 * entries.size() > slots.size()) Grow();
-        return true;
+        slots[slot] = {key, 1};
+        if (2 * ++used > slots.size()) Grow();
     }
 
     void Grow() {
-        std::fill(slots.begin(), slots.end(), 0);
-        slots.resize(4 * slots.size());
+        const std::vector<Entry> old = std::move(slots);
+        slots = std::vector<Entry>(2 * old.size());
         const std::size_t mask = slots.size() - 1;
-        for (std::size_t k = 0; k < entries.size(); ++k) {
-            std::size_t slot = Hash(entries[k].key) & mask;
-            while (slots[slot] != 0) slot = (slot + 1) & mask;
-            slots[slot] = static_cast<std::uint32_t>(k + 1);
+        for (const Entry& entry : old) {
+            if (entry.count == 0) continue;
+            std::size_t slot = Hash(entry.key) & mask;
+            while (slots[slot].count != 0) slot = (slot + 1) & mask;
+            slots[slot] = entry;
         }
     }
 
-    std::int64_t Ncells() const override { return static_cast<std::int64_t>(entries.size()); }
+    std::int64_t Ncells() const override { return static_cast<std::int64_t>(used); }
 
     std::string Move_to(CellStore& store) override {
-        std::vector<std::uint32_t>().swap(slots);
+        Settle();
+        std::vector<Entry> entries = std::move(slots);
+        slots = std::vector<Entry>(FirstSlots);
+        std::erase_if(entries, [](const Entry& entry) { return entry.count == 0; });
         std::sort(entries.begin(), entries.end(),
                   [](const Entry& a, const Entry& b) { return a.key < b.key; });
         const std::string failure = Init_TABdata(store, Ncells(), N());
-        if (failure.empty()) {
-            std::uint8_t* code = store.codes.data();
-            std::size_t cell = 0;
-            for (const Entry& entry : entries) {
-                for (const Place& place : places)
-                    *code++ = static_cast<std::uint8_t>(entry.key[place.word] >> place.shift) &
-                              place.mask;
-                store.counts[cell++] = entry.count;
-            }
+        used = 0;
+        overflowed = false;
+        if (!failure.empty()) return failure;
+        std::uint8_t* code = store.codes.data();
+        std::size_t cell = 0;
+        for (const Entry& entry : entries) {
+            for (const Place& place : places)
+                *code++ =
+                    static_cast<std::uint8_t>(entry.key[place.word] >> place.shift) & place.mask;
+            store.counts[cell++] = entry.count;
         }
-        std::vector<Entry>().swap(entries);
-        slots.resize(1u << 12);
-        return failure;
+        return {};
     }
 
-    std::vector<Entry> entries;
-    std::vector<std::uint32_t> slots;
+    std::vector<Entry> slots;  ///< a power of two, at most half of them used
+    std::size_t used = 0;
+    std::array<Key, Batch> keys{};
+    std::array<std::uint64_t, Batch> hashes{};
+    std::size_t pending = 0;
 };
 
 PatternCounter::PatternCounter(const std::vector<int>& dims) {
@@ -153,11 +176,17 @@ PatternCounter::PatternCounter(const std::vector<int>& dims) {
 PatternCounter::~PatternCounter() = default;
 PatternCounter::PatternCounter(PatternCounter&&) noexcept = default;
 
-bool PatternCounter::Add(const std::uint8_t* codes) {
-    return counts_->Add(codes);
+void PatternCounter::Add(const std::uint8_t* codes) {
+    counts_->Add(codes);
 }
 
-std::int64_t PatternCounter::Ncells() const {
+bool PatternCounter::Overflowed() {
+    counts_->Settle();
+    return counts_->overflowed;
+}
+
+std::int64_t PatternCounter::Ncells() {
+    counts_->Settle();
     return counts_->Ncells();
 }
 

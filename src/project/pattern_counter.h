@@ -21,11 +21,12 @@ class PatternCounter {
     ~PatternCounter();
     PatternCounter(PatternCounter&&) noexcept;
 
-    /// Counts a case of codes[0..N-1], none above its dim. False, and nothing is counted, when its
-    /// pattern is one more than a cell store may hold.
-    bool Add(const std::uint8_t* codes);
+    /// Counts a case of codes[0..N-1], none above its dim. A pattern that is one more than a cell
+    /// store may hold is left out, and Overflowed tells of it.
+    void Add(const std::uint8_t* codes);
+    bool Overflowed();
 
-    std::int64_t Ncells() const;
+    std::int64_t Ncells();
 
     /// The patterns in ascending order with their counts. The counter is empty afterwards. The
     /// text of a failure, or empty.

@@ -32,35 +32,49 @@ WordKind Long_number(std::string_view word, double& value) {
     return To_real(text, value) ? WordKind::number : WordKind::unreadable;
 }
 
-/// The value of a word. Up to 15 digits the digits and the power of ten are exact doubles, so their
-/// quotient is the nearest double to the decimal number (Clinger 1990, PLDI 25, 92-101).
-WordKind Number_of(std::string_view word, double& value) {
+/// Reads the word at `at`, which is no blank, and leaves `at` behind it. Up to 15 digits the digits
+/// and the power of ten are exact doubles, so their quotient is the nearest double to the decimal
+/// number (Clinger 1990, PLDI 25, 92-101).
+WordKind Read_word(const char*& at, const char* const end, double& value) {
     static constexpr double power[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                        1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-    const char* at = word.data();
-    const char* const end = at + word.size();
-    const bool negative = *at == '-';
-    if (negative || *at == '+') ++at;
+    const char* const word = at;
+    const char sign = *at;
+    if (sign == '-' || sign == '+') ++at;
     std::uint64_t digits = 0;
-    const char* point = nullptr;
-    const char* const first = at;
-    if (end - first > 16) return Long_number(word, value);
-    for (; at != end; ++at) {
-        const unsigned digit = static_cast<unsigned char>(*at) - unsigned{'0'};
-        if (digit <= 9)
+    std::ptrdiff_t count = 0;
+    std::ptrdiff_t decimals = 0;
+    const auto take_digits = [&] {
+        const char* const first = at;
+        for (; at != end; ++at) {
+            const unsigned digit = static_cast<unsigned char>(*at) - unsigned{'0'};
+            if (digit > 9) break;
             digits = digits * 10 + digit;
-        else if ((*at == '.' || *at == ',') && !point)
-            point = at;
-        else
-            return WordKind::no_number;
+        }
+        return at - first;
+    };
+    count = take_digits();
+    if (at != end && (*at == '.' || *at == ',')) {
+        ++at;
+        decimals = take_digits();
+        count += decimals;
     }
-    const auto count = (end - first) - (point ? 1 : 0);
-    if (count == 0) return WordKind::no_number;
-    if (count > 15) return Long_number(word, value);
-    const double whole = static_cast<double>(digits);
-    value = point ? whole / power[end - point - 1] : whole;
-    if (negative) value = -value;
+    const bool plain = (at == end || Is_blank(*at)) && count > 0 && count <= 15;
+    if (!plain) {
+        while (at != end && !Is_blank(*at)) ++at;
+        return Long_number({word, static_cast<std::size_t>(at - word)}, value);
+    }
+    value = static_cast<double>(digits);
+    if (decimals > 0) value /= power[decimals];
+    if (sign == '-') value = -value;
     return WordKind::number;
+}
+
+std::uint8_t Code_of(const Recoding::Column& variable, double x) {
+    if (variable.cuts.empty() || x < variable.lowest || x > variable.cuts.back()) return 0;
+    std::size_t c = 0;
+    while (x > variable.cuts[c]) ++c;
+    return static_cast<std::uint8_t>(c + 1);
 }
 
 bool Selected(const ValueSelection& selection, double value) {
@@ -91,20 +105,20 @@ RecordReading Read_record(LineReader& file, int NTAL, std::vector<double>& value
         while (true) {
             while (at != end && Is_blank(*at)) ++at;
             if (at == end) break;
-            const char* const word_begin = at;
-            while (at != end && !Is_blank(*at)) ++at;
-            if (++count > NTAL) continue;
-            const std::string_view word(word_begin, static_cast<std::size_t>(at - word_begin));
-            double& value = values[static_cast<std::size_t>(count)];
-            switch (Number_of(word, value)) {
-                case WordKind::number:
-                    break;
-                case WordKind::unreadable:
-                    if (unreadable.empty()) unreadable = word;
-                    [[fallthrough]];
-                case WordKind::no_number:
-                    value = NotANumber;
+            // Most words of categorical data are one digit.
+            const unsigned digit = static_cast<unsigned char>(*at) - unsigned{'0'};
+            if (digit <= 9 && end - at > 1 && at[1] == ' ' && count < NTAL) {
+                values[static_cast<std::size_t>(++count)] = digit;
+                at += 2;
+                continue;
             }
+            double value = NotANumber;
+            const char* const word = at;
+            const WordKind kind = Read_word(at, end, value);
+            if (++count > NTAL) continue;
+            if (kind == WordKind::unreadable && unreadable.empty())
+                unreadable = {word, static_cast<std::size_t>(at - word)};
+            values[static_cast<std::size_t>(count)] = kind == WordKind::number ? value : NotANumber;
         }
         if (count > NTAL)
             return Failed(fmt::format("Error reading data: Too many variables ({}) in {} ({})",
@@ -135,10 +149,14 @@ Recoding Make_recoding(const ProjectDefinition& definition) {
     for (int v = 1; v <= definition.N; ++v) {
         const Variable& variable = definition.variables[static_cast<std::size_t>(v)];
         check(variable.VARNO, fmt::format("Variable {}", variable.label));
-        Recoding::Column column{.number = variable.VARNO, .lowest = variable.vfra, .cuts = {}};
+        Recoding::Column column;
+        column.number = variable.VARNO;
+        column.lowest = variable.vfra;
         if (variable.vtype == Nominal || variable.vtype == Ordinal)
             for (std::size_t c = 1; c <= std::min<std::size_t>(variable.dim, MaxCategories); ++c)
                 column.cuts.push_back(variable.vtil[c]);
+        for (std::size_t x = 0; x < Recoding::LookedUp; ++x)
+            column.code_of_whole[x] = Code_of(column, static_cast<double>(x));
         recoding.variables.push_back(std::move(column));
     }
     return recoding;
@@ -155,13 +173,15 @@ bool Recode_record(const Recoding& recoding, const std::vector<double>& values,
     }
     for (const Recoding::Column& variable : recoding.variables) {
         const double x = values[static_cast<std::size_t>(variable.number)];
-        std::uint8_t code = 0;
-        if (!variable.cuts.empty() && x >= variable.lowest && x <= variable.cuts.back()) {
-            std::size_t c = 0;
-            while (x > variable.cuts[c]) ++c;
-            code = static_cast<std::uint8_t>(c + 1);
+        // Most raw values are small whole numbers, whose codes were looked up once.
+        if (x >= 0 && x < Recoding::LookedUp) {
+            const auto whole = static_cast<std::size_t>(x);
+            if (static_cast<double>(whole) == x) {
+                *codes++ = variable.code_of_whole[whole];
+                continue;
+            }
         }
-        *codes++ = code;
+        *codes++ = Code_of(variable, x);
     }
     return true;
 }

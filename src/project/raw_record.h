@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -29,10 +30,12 @@ RecordReading Read_record(LineReader& file, int NTAL, std::vector<double>& value
 
 /// The variables, conditions and selections of a project laid out for reading many records.
 struct Recoding {
+    static constexpr std::size_t LookedUp = 128;
     struct Column {
         int number = 0;
         double lowest = 0;
         std::vector<double> cuts;  ///< upper cut points of category 1, 2, ...
+        std::array<std::uint8_t, LookedUp> code_of_whole{};  ///< codes of 0, 1, ... 127
     };
     int NTAL = 0;
     std::vector<Column> variables;  ///< [0..N-1]

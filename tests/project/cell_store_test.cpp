@@ -63,7 +63,7 @@ TEST(PatternCounter, GivesTheStoreOfTheInsertion) {
             cases.push_back(pattern);
         }
         PatternCounter counter(dims);
-        for (const Pattern& pattern : cases) ASSERT_TRUE(counter.Add(pattern.data()));
+        for (const Pattern& pattern : cases) counter.Add(pattern.data());
         CellStore store;
         ASSERT_EQ(counter.Move_to(store), "");
         ASSERT_EQ(store, Store_by_insertion(cases)) << "N " << N << " top " << top;
@@ -81,9 +81,13 @@ TEST(PatternCounter, HoldsExactlyTheLimitOfCodes) {
     };
     const std::int64_t most = MaxDataBytes / N;
     ASSERT_EQ(most * N, 19650000);
-    for (std::int64_t k = most; k > 0; --k) ASSERT_TRUE(counter.Add(pattern(k)));
-    EXPECT_FALSE(counter.Add(pattern(most + 1)));
-    EXPECT_TRUE(counter.Add(pattern(most)));  // a known pattern needs no room
+    for (std::int64_t k = most; k > 0; --k) counter.Add(pattern(k));
+    EXPECT_FALSE(counter.Overflowed());
+    counter.Add(pattern(most));  // a known pattern needs no room
+    EXPECT_FALSE(counter.Overflowed());
+    counter.Add(pattern(most + 1));
+    EXPECT_TRUE(counter.Overflowed());
+    pattern(most);
     CellStore store;
     ASSERT_EQ(counter.Move_to(store), "");
     EXPECT_EQ(store.Ncells(), most);
@@ -99,8 +103,11 @@ TEST(PatternCounter, HoldsExactlyTheLimitOfCells) {
         for (int v = 2; v >= 0; --v, k >>= 8) codes[v] = static_cast<std::uint8_t>(k);
         return codes;
     };
-    for (std::int64_t k = 0; k < MaxTableCells; ++k) ASSERT_TRUE(counter.Add(pattern(k)));
-    EXPECT_FALSE(counter.Add(pattern(MaxTableCells)));
+    for (std::int64_t k = 0; k < MaxTableCells; ++k) counter.Add(pattern(k));
+    EXPECT_FALSE(counter.Overflowed());
+    counter.Add(pattern(MaxTableCells));
+    EXPECT_TRUE(counter.Overflowed());
+    EXPECT_EQ(counter.Ncells(), MaxTableCells);
 }
 
 TEST(CellStore, CountsItsArraysExactly) {
