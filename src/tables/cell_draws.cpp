@@ -51,8 +51,8 @@ struct TabulatedRatios {
     double inverse_of(std::int64_t n) const { return inverse[n]; }
 };
 
-/// The same for any N. Above 1000 the ratio of the stored formula is n exp(1/(24 n^2) + ...), so
-/// n + 1/(24 n) is good to n^-3, which is nothing beyond the tables.
+/// The same for any N, once the tables are full. Above 1000 the ratio of the stored formula is n
+/// exp(1/(24 n^2) + ...), so n + 1/(24 n) is good to n^-3, which is nothing beyond the tables.
 struct AnyRatios {
     const FactorialFactors& factors;
     double of(std::int64_t n) const {
@@ -224,10 +224,8 @@ double Bound_of_logs(std::int64_t N) {
 }
 
 void FactorialFactors::Cover(std::int64_t top) {
-    // From 1002 on the formula of AnyRatios holds, so that much is always there.
-    top = std::clamp<std::int64_t>(top, LogFactorialTableTop + 1, FactorTableTop);
     const std::int64_t first = size();
-    if (top < first) return;
+    if (std::min(top, FactorTableTop) < first) return;
     top = std::min(std::max(top, first + first / 2), FactorTableTop);
     double log_before = first > 0 ? static_cast<double>(Log_factorial(first - 1)) : 0;
     for (std::int64_t n = first; n <= top; ++n) {
@@ -247,7 +245,6 @@ void FactorialFactors::Cover(std::int64_t top) {
 
 DrawMemory::DrawMemory() : slots_(std::size_t{1} << slot_bits) {
     Forget_rows();
-    factors_.Cover(0);
 }
 
 void DrawMemory::Forget_rows() {
@@ -314,7 +311,8 @@ void DrawMemory::Keep_row(Slot& slot, const CellDraw& cell) {
 std::int32_t DrawMemory::Walk(const CellDraw& cell, double U) {
     constexpr double bound_within_tables = 0x1p-37;  // Bound_of_logs(FactorTableTop)
     const std::int64_t Margin = FactorialFactors::Margin;
-    const bool tabulated = cell.N + Margin <= factors_.size();
+    if (cell.N + Margin > factors_.size()) Cover(cell.N);
+    const bool tabulated = cell.N + Margin < factors_.size();
     const double bound = Walk_bound(tabulated ? bound_within_tables : Bound_of_logs(cell.N),
                                     cell.high - cell.low + 1);
     std::int32_t index = 0;

@@ -83,12 +83,11 @@ class DrawMemory {
     /// Prepares for tables of this total.
     void Cover(std::int64_t total);
 
-    /// The value that a word draws for a cell with r, c and N left, N >= 1, 0 <= r, c <= N, and N
-    /// covered.
+    /// The value that a word draws for a cell with r, c and N left, N >= 1, 0 <= r, c <= N.
     std::int32_t Cell(std::int64_t r, std::int64_t c, std::int64_t N, std::uint32_t word);
 
     /// Fills the whole row of a cell. False when it would be longer than `longest` values, or N is
-    /// not tabulated.
+    /// not covered by the tables.
     bool Row(const CellDraw& cell, std::size_t longest, CellRow& row) const;
 
     /// How often the prescribed sum had to decide; for tests and figures.
@@ -100,8 +99,8 @@ class DrawMemory {
     struct alignas(64) Slot {
         std::uint64_t key = 0;
         std::int32_t met = 0;
-        std::int32_t more =
-            -1;  ///< -1: no row yet; 0: it ends here; else where it goes on in pool_
+        /// -1: no row yet; 0: it ends in this line; else where it goes on in pool_.
+        std::int32_t more = -1;
         std::int32_t threshold[8] = {};
         std::int16_t value[8] = {};
     };
@@ -120,8 +119,10 @@ class DrawMemory {
 /// - the prescribed exponent is a sum of nine logs with partial sums up to 2L in 64 bits: 2^-60 L;
 /// - each tabulated mantissa carries L 2^-63 from its reduction by ln 2: 2^-59 L for nine;
 /// - nine mantissas, eight products: 17u; four ratios and four products a step, and a sum: 9u a
-/// term;
-/// - beyond the tables the ratio does not know how the logs were rounded: 9 uL.
+///   term;
+/// - beyond the tables the ratio does not know how the logs were rounded, 9 uL, and its quotients
+/// are
+///   rounded oftener, which is less than the 7 uL that are added for it.
 /// The result bounds their sum; sums of probabilities are at most 1, so it holds absolutely too.
 inline double Walk_bound(double bound_of_logs, std::int64_t terms) {
     return bound_of_logs + 0x1p-49 * static_cast<double>(terms + 2);
