@@ -11,7 +11,9 @@
 #include "app/register.h"
 #include "app/start.h"
 #include "app/terminal_user.h"
+#include "project/open_project.h"
 #include "project/project.h"
+#include "project/project_log.h"
 #include "shell/command_files.h"
 #include "shell/command_stream.h"
 #include "shell/command_table.h"
@@ -113,7 +115,9 @@ int Run_session(const Options& options) {
     if (isatty(STDIN_FILENO)) Install_interrupt();
     Install_banners();
     Labels_to_complete = Labels_of_project;
+    Make_start_files();
     if (options.automatic) Run_line("AUT");
+    if (interactive && options.project.empty()) Offer_a_project();
     bool all_run = options.project.empty() || Open_project_at_start(options.project);
     if (options.Runs_and_exits()) {
         if (all_run) all_run = Run_commands_and_files(options);

@@ -1,6 +1,7 @@
 #include "app/register.h"
 
 #include "project/data_commands.h"
+#include "project/project_commands.h"
 #include "shell/commands.h"
 #include "shell/shell_commands.h"
 #include "shell/workspace.h"
@@ -12,6 +13,7 @@ namespace tarven {
 void Register_all() {
     Register_shell_lifecycle();
     Register_shell_commands();
+    Register_project_commands();
     Register_data_commands();
     Register_tables_commands();
     Register_test_commands();

@@ -1,0 +1,165 @@
+#include "project/report_commands.h"
+
+#include <fmt/format.h>
+
+#include "project/exit.h"
+#include "project/project.h"
+#include "shell/commands.h"
+#include "shell/files.h"
+#include "shell/parsed_line.h"
+#include "shell/report.h"
+#include "shell/session.h"
+#include "shell/text.h"
+#include "shell/user.h"
+
+namespace tarven {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path Named_file(const std::string& otherwise) {
+    const std::string word = Get_word(2, The_line.CommandLine);
+    return Existing_or(Text_path(word.empty() ? otherwise : word));
+}
+
+Outcome OUTPUT() {
+    fs::path file = Named_file("");
+    if (file.empty()) file = The_project.files.REP.path;
+    if (file.empty()) {
+        ShowMessage("No project");
+        return Outcome::refused;
+    }
+    const std::string failure = Write_text_file(file, The_report.OutputField);
+    if (!failure.empty()) {
+        ShowMessage(failure);
+        return Outcome::refused;
+    }
+    ShowMessage("Output was saved on " + Path_text(file));
+    The_report.OutputChanged = false;
+    return Outcome::done;
+}
+
+Outcome Append_to(const fs::path& file) {
+    const std::string failure = Append_text_file(file, The_report.OutputField);
+    if (!failure.empty()) {
+        ShowMessage(failure);
+        return Outcome::refused;
+    }
+    The_report.OutputChanged = false;
+    if (The_session.AUTOMATIC) Clear_report_field();
+    return Outcome::done;
+}
+
+Outcome APPEND() {
+    return Append_to(Named_file("Append.rep"));
+}
+
+Outcome S34() {
+    if (The_session.Append_results) return APPEND();
+    Clear_report_field();
+    return Outcome::done;
+}
+
+Outcome ERASE() {
+    Clear_report_field();
+    return Outcome::done;
+}
+
+Outcome PRINT() {
+    const std::string header =
+        fmt::format("Printed at {} by PLX {}", Date_and_time(), The_project.Projectname);
+    if (!The_report.on_line) return Outcome::done;
+    The_report.on_line(header);
+    for (const std::string& line : The_report.OutputField) The_report.on_line(line);
+    return Outcome::done;
+}
+
+/// The Read operation: an earlier report, or any text, into this one.
+Outcome READ() {
+    const std::string word = Get_word(2, The_line.CommandLine);
+    if (word.empty() || Upper(word) == "G") {
+        ShowMessage(word.empty() ? "READ needs the name of a report file"
+                                 : "READ G is not available yet");
+        return Outcome::refused;
+    }
+    const auto found = Find_file(Text_path(word));
+    if (!found) {
+        ShowMessage(Printable(word) + " does not exist");
+        return Outcome::refused;
+    }
+    const TextFile file = Read_text_file(*found);
+    if (!file.ok) {
+        ShowMessage(file.error);
+        return Outcome::refused;
+    }
+    ShowReportLine("");
+    ShowReportLine("Output from " + Path_text(*found));
+    ShowReportLine("");
+    for (const std::string& line : file.lines) ShowReportLine(line);
+    return Outcome::done;
+}
+
+Outcome SAVE() {
+    return Run_letters(LetterCommand::save, "SAVE");
+}
+
+}  // namespace
+
+void Register_report_commands() {
+    Register_command({.keyword = "OUT",
+                      .run = OUTPUT,
+                      .spelling = "OUTPUT",
+                      .summary = "saves the report",
+                      .help = "OUTPUT\nOUTPUT file\n\n"
+                              "Saves the whole report, replacing the file; without a name it is\n"
+                              "project.REP.\n\nExample: OUT titanic.rep\n\n"
+                              "Refused without a name when no project is open."});
+    Register_command({.keyword = "APP",
+                      .run = APPEND,
+                      .spelling = "APPEND",
+                      .summary = "appends the report to a file",
+                      .help = "APPEND\nAPPEND file\n\n"
+                              "Appends the whole report to a file, by default Append.rep, which\n"
+                              "is created when missing. In automatic mode the report is cleared\n"
+                              "afterwards, so that repeated lines APP add only what is new.\n\n"
+                              "Example: APP all.rep"});
+    Register_command({.keyword = "S34",
+                      .run = S34,
+                      .summary = "appends the report when item screening found nothing",
+                      .help =
+                          "S34\nS34 file\n\nAs APPEND when item screening found neither DIF nor\n"
+                          "local dependence; else clears the report.",
+                      .hidden = true});
+    Register_command({.keyword = "ERA",
+                      .run = ERASE,
+                      .spelling = "ERASE",
+                      .summary = "clears the report",
+                      .help =
+                          "ERASE\n\nClears the report. What has been printed on the screen stays\n"
+                          "there, but OUT and APP begin anew."});
+    Register_command({.keyword = "PRI",
+                      .run = PRINT,
+                      .spelling = "PRINT",
+                      .summary = "prints the report",
+                      .help =
+                          "PRINT\n\nWrites the whole report once more to standard output, under a\n"
+                          "line with date, time and project."});
+    Register_command({.keyword = "REA",
+                      .run = READ,
+                      .spelling = "READ",
+                      .summary = "adds a report file to the report",
+                      .help =
+                          "READ file\n\nAdds the lines of a file, an earlier report say, to this\n"
+                          "report. (READ G, gamma values, is not available yet.)\n\n"
+                          "Example: REA titanic.rep\n\nRefused when the file does not exist."});
+    Register_command({.keyword = "SAV",
+                      .run = SAVE,
+                      .spelling = "SAVE",
+                      .summary = "saves gamma values, models and beliefs (none of them yet)",
+                      .help =
+                          "SAVE letters\n\nG gamma values, R the current GLLRM, B beliefs. None\n"
+                          "of them is available yet; the report is saved by OUT."});
+}
+
+}  // namespace tarven
