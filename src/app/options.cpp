@@ -65,7 +65,9 @@ ReadOptions Read_options(int argc, const char* const* argv) {
         return read;
     }
     for (const std::string& command : commands) read.options.commands.push_back(To_latin1(command));
-    read.options.files.assign(files.begin(), files.end());
+    // A project that is opened first changes the current folder.
+    for (const std::string& file : files)
+        read.options.files.push_back(std::filesystem::absolute(file));
     read.options.project = To_latin1(project);
     read.options.start = std::filesystem::absolute(start.empty() ? "." : start).lexically_normal();
     read.options.report = report;
