@@ -1,0 +1,10 @@
+CHD titanic
+OPE titanic
+TAB SCAG
+HYP S*
+TES
+EXA 1000
+TES
+TAB SCG
+HYP SG
+TES R
