@@ -32,6 +32,7 @@ constexpr std::size_t LongestList = 60;  ///< completions shown
 // What a signal handler may read.
 inline std::atomic<bool> Command_runs{false};
 inline std::atomic<bool> Interrupted_before{false};
+inline std::atomic<bool> Line_interrupted{false};
 
 /// libedit and what it holds; one for the program.
 struct Line_editor {
@@ -39,13 +40,17 @@ struct Line_editor {
     std::unique_ptr<::History, decltype(&history_end)> history{nullptr, history_end};
     std::string prompt;  ///< UTF-8
     std::FILE* screen = stdout;
+    bool asks_for_file = false;  ///< Tab completes names of files
 };
 
 inline Line_editor The_editor;
 inline bool Banner_shown = false;
 
 void Interrupt(int) {
-    if (!Command_runs.load()) return;  // the line editor gives up its line
+    if (!Command_runs.load()) {
+        Line_interrupted.store(true);  // the line editor gives up its line
+        return;
+    }
     if (Interrupted_before.exchange(true)) {
         std::signal(SIGINT, SIG_DFL);
         std::raise(SIGINT);
@@ -58,8 +63,40 @@ char* Prompt(EditLine*) {
     return The_editor.prompt.data();
 }
 
+/// One byte of the terminal: 1, 0 at the end of input, -1 with errno EINTR when Ctrl-C gives up the
+/// line. Other interrupts (a window that changes its size) are waited out.
+int Read_byte(unsigned char& byte) {
+    for (;;) {
+        if (Line_interrupted.exchange(false)) {
+            errno = EINTR;
+            return -1;
+        }
+        const ssize_t got = read(STDIN_FILENO, &byte, 1);
+        if (got >= 0) return static_cast<int>(got);
+        if (errno != EINTR) return -1;
+    }
+}
+
+/// One character (UTF-8) for libedit, which by itself tries an interrupted read again.
+int Read_character(EditLine*, wchar_t* character) {
+    unsigned char byte = 0;
+    const int got = Read_byte(byte);
+    if (got != 1) return got;
+    // Ctrl-D typed while a command ran, before the editor had the terminal, arrives as NUL.
+    constexpr wchar_t EndOfInput = 4;
+    const int more = byte >= 0xF0 ? 3 : byte >= 0xE0 ? 2 : byte >= 0xC0 ? 1 : 0;
+    std::uint32_t point = more == 0 ? byte : byte & (0x3Fu >> more);
+    for (int k = 0; k < more; ++k) {
+        if (Read_byte(byte) != 1) return -1;
+        point = point << 6 | (byte & 0x3F);
+    }
+    *character = point == 0 ? EndOfInput : static_cast<wchar_t>(point);
+    return 1;
+}
+
 /// Tab: puts in what all completions share, or lists them.
-unsigned char Complete(EditLine* editor, int) {
+unsigned char Complete(EditLine* editor, int key) {
+    if (The_editor.asks_for_file) return _el_fn_complete(editor, key);
     const LineInfo* line = el_line(editor);
     const std::string before = To_latin1({line->buffer, line->cursor});
     const auto labels = Labels_to_complete ? Labels_to_complete() : std::vector<LabelAndName>();
@@ -93,6 +130,7 @@ void Open_editor() {
     history(The_editor.history.get(), &event, H_SETSIZE, HistoryLength);
     history(The_editor.history.get(), &event, H_SETUNIQUE, 1);
     el_set(editor, EL_PROMPT, Prompt);
+    el_set(editor, EL_GETCFN, Read_character);
     el_set(editor, EL_EDITOR, "emacs");
     el_set(editor, EL_HIST, history, The_editor.history.get());
     el_set(editor, EL_ADDFN, "complete-word", "Complete the word", Complete);
@@ -108,6 +146,7 @@ std::optional<std::string> Read_typed(const std::string& prompt, bool is_command
     for (;;) {
         int length = 0;
         errno = 0;
+        Line_interrupted.store(false);
         const char* typed = el_gets(The_editor.editor.get(), &length);
         if (!typed || length <= 0) {
             fmt::print(The_editor.screen, "\n");
@@ -175,7 +214,9 @@ std::string Ask_labels(const std::string& title, const std::vector<std::string>&
 std::string Ask_file(const std::string& title, const std::string& filter,
                      const std::string& folder) {
     Show(fmt::format("{} ({})", title, filter));
+    The_editor.asks_for_file = true;
     const std::string typed = Read_answer(fmt::format("File in {}: ", folder)).value_or("");
+    The_editor.asks_for_file = false;
     if (typed.empty()) return "";
     return Path_text(Text_path(folder) / Text_path(typed));
 }

@@ -20,6 +20,11 @@ namespace tarven {
 namespace {
 
 struct Program : SessionTest {
+    void SetUp() override {
+        SessionTest::SetUp();
+        // A start folder that has been used before.
+        Put("TARVENprojectLog.txt", "Project log\n");
+    }
     ProgramRun Tarven(const std::vector<std::string>& arguments, const std::string& input = "") {
         return Run_tarven(folder, arguments, input);
     }
@@ -138,7 +143,13 @@ TEST_F(Program, TalksAtATerminal) {
     // Each step awaits the prompt: what is typed while a command runs meets a terminal that is not
     // in the hands of the line editor.
     LivingProgram living(folder, {}, true);
+    ASSERT_TRUE(living.Await("O opens a project, Enter goes on without: "));
+    living.Type("\n");
     ASSERT_TRUE(living.Await("> "));
+    living.Type("half a line");
+    ASSERT_TRUE(living.Await("half a line"));
+    living.Type("\x03");
+    ASSERT_TRUE(living.Await("> ")) << "Ctrl-C gives up a line and not the program";
     living.Type("SE\t");
     ASSERT_TRUE(living.Await("SEQ Monte Carlo exact p-values by sequential tests"));
     living.Type("Q 50 3\n");
