@@ -36,11 +36,12 @@ std::string Open_report_copy(const std::filesystem::path& path) {
 void Print_report_line(const std::string& line) {
     if (The_output.before_line) The_output.before_line();
     const std::string bytes = To_utf8(line) + "\n";
-    if (!Put(stdout, bytes)) Tell_failure("Standard output", errno);
+    // The copy first: what a reader has seen stands in it, even if the program is killed then.
     if (The_output.copy && !Put(The_output.copy.get(), bytes)) {
         Tell_failure(The_output.copy_path.string(), errno);
         The_output.copy.reset();
     }
+    if (!Put(stdout, bytes)) Tell_failure("Standard output", errno);
 }
 
 void Print_message(const std::string& text) {

@@ -17,9 +17,9 @@ struct Saying {
 
 constexpr std::array<Saying, 16> Sayings = {{
     {"All models are wrong but some are useful.", "George E. P. Box, 1979"},
-    {"An approximate answer to the right problem is worth a good deal more than an exact answer "
-     "to an approximate problem.",
-     "John W. Tukey"},
+    {"The null hypothesis is never proved or established, but is possibly disproved, in the course "
+     "of experimentation.",
+     "R. A. Fisher, 1935"},
     {"The greatest value of a picture is when it forces us to notice what we never expected to "
      "see.",
      "John W. Tukey, 1977"},

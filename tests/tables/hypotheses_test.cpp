@@ -73,7 +73,8 @@ TEST(Hypotheses, StopAtTheLimit) {
     const std::pair<int, int> all{99, 99};
     EXPECT_EQ(Define_hypotheses(v, {&all, 1}).rows.size(), 59U * 58 / 2);
     EXPECT_FALSE(Define_hypotheses(v, {&all, 1}).over_limit);
-    for (const HypothesisList& list : {Three_way_hypotheses(v), Elaborate_hypotheses(v, 1, 2, 30)}) {
+    for (const HypothesisList& list :
+         {Three_way_hypotheses(v), Elaborate_hypotheses(v, 1, 2, 30)}) {
         EXPECT_EQ(list.rows.size(), 2500U);
         EXPECT_TRUE(list.over_limit);
     }
