@@ -5,6 +5,7 @@
 #include "shell/commands.h"
 #include "shell/shell_commands.h"
 #include "shell/workspace.h"
+#include "tables/multiple_testing_commands.h"
 #include "tables/tables_commands.h"
 #include "tables/test_commands.h"
 
@@ -17,6 +18,7 @@ void Register_all() {
     Register_data_commands();
     Register_tables_commands();
     Register_test_commands();
+    Register_multiple_testing_commands();
     Init_workspace();
 }
 

@@ -15,6 +15,7 @@
 #include "tables/fisher.h"
 #include "tables/fisher_report.h"
 #include "tables/hypotheses_report.h"
+#include "tables/multiple_testing.h"
 #include "tables/print_table.h"
 #include "tables/tabulate.h"
 #include "tables/test_reports.h"
@@ -130,29 +131,9 @@ std::vector<SummaryRow> Summary_rows(const TestedTable& table) {
     return rows;
 }
 
-/// The Benjamini-Hochberg limit at rate q of ascending p-values: the last rank k with p_k at most
-/// (k/n) q, q/n when there is none. Benjamini & Hochberg (1995), JRSS B 57, 289-300.
-double Rejection_limit(const std::vector<double>& ascending, double q) {
-    const double n = static_cast<double>(ascending.size());
-    for (std::size_t k = ascending.size(); k > 1; --k) {
-        const double limit = static_cast<double>(k) / n * q;
-        if (ascending[k - 1] <= limit) return limit;
-    }
-    return ascending.empty() ? q : q / n;
-}
-
-RejectionLimits Limits_of(const std::vector<SummaryRow>& rows) {
-    std::vector<double> p;
-    for (const SummaryRow& row : rows) {
-        if (!(row.result.Df > 0)) continue;
-        const bool exact = Shows_exact(row.result, The_settings);
-        p.push_back(exact ? row.result.PExact : row.result.PAsymp);
-        if (!row.has_gamma) continue;
-        const ShownGamma gamma = Shown_gamma(row.result, The_settings);
-        p.push_back(exact ? gamma.PExact : gamma.PAsymp);
-    }
-    std::sort(p.begin(), p.end());
-    return {Rejection_limit(p, 0.05), Rejection_limit(p, 0.01)};
+RejectionLimits Limits_of_results() {
+    return Rejection_limits(
+        Collect_p_values(The_hypotheses.list, The_hypotheses.results, The_settings).p);
 }
 
 void Store(std::size_t k, const TestResult& row, bool has_gamma) {
@@ -168,7 +149,7 @@ void Run_global_tests(const TestedTable& table) {
         Write_all(Remarks(outcomes[k], Hypothesis_label(The_hypotheses.list[k], table.vlabel())));
     }
     const std::vector<SummaryRow> rows = Summary_rows(table);
-    Write_all(exa_summary1(rows, Limits_of(rows), The_settings));
+    Write_all(exa_summary1(rows, Limits_of_results(), The_settings));
 }
 
 void Analyse(const TestAnalysis& analysis, const char* name, const LocalHypothesis& hypothesis,

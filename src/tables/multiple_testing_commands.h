@@ -1,0 +1,8 @@
+#pragma once
+
+namespace tarven {
+
+/// FDR.
+void Register_multiple_testing_commands();
+
+}  // namespace tarven
