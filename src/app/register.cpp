@@ -5,6 +5,7 @@
 #include "shell/commands.h"
 #include "shell/shell_commands.h"
 #include "shell/workspace.h"
+#include "tables/gamma_commands.h"
 #include "tables/multiple_testing_commands.h"
 #include "tables/tables_commands.h"
 #include "tables/test_commands.h"
@@ -19,6 +20,7 @@ void Register_all() {
     Register_tables_commands();
     Register_test_commands();
     Register_multiple_testing_commands();
+    Register_gamma_commands();
     Init_workspace();
 }
 

@@ -1,0 +1,222 @@
+#include "tables/gamma_commands.h"
+
+#include <fmt/format.h>
+
+#include "project/listed_variables.h"
+#include "shell/commands.h"
+#include "shell/parsed_line.h"
+#include "shell/report.h"
+#include "shell/user.h"
+#include "tables/gamma_matrix.h"
+#include "tables/kappa.h"
+#include "tables/mantel_haenszel.h"
+#include "tables/tabulate.h"
+#include "tables/test_commands.h"
+
+namespace tarven {
+
+namespace {
+
+const Need NeedsProject{[] { return The_project.N >= 2; }, "No project"};
+const Need NeedsTable{[] { return The_table.table_ready; }, "No table"};
+const Need NeedsHypotheses{[] { return !The_hypotheses.list.empty(); }, "No hypotheses"};
+
+void Write_all(const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) Write_report(line);
+}
+
+const Variable& Project_variable(int number) {
+    return The_project.variables[static_cast<std::size_t>(number)];
+}
+
+/// The table of two project variables over the cases that have both; zeros when there are fewer
+/// than two such cases.
+TwoWayTable Table_of_pair(int i, int j) {
+    const std::vector<TableVariable> variables = {Table_variable(The_project, i),
+                                                  Table_variable(The_project, j)};
+    const Tabulation tabulation = Tabulate(variables, {}, Table_source(Data_at_hand(), 2));
+    TwoWayTable counts(variables[0].DIM, variables[1].DIM);
+    if (!tabulation.ok) return counts;
+    for (int r = 1; r <= counts.rows; ++r)
+        for (int c = 1; c <= counts.columns; ++c) {
+            const int cell[] = {r, c};
+            counts(r, c) = Read_cell(tabulation.table, cell);
+        }
+    Fill_margins(counts);
+    return counts;
+}
+
+std::vector<TwoWayTable> Strata_of(const LocalHypothesis& hypothesis) {
+    std::vector<TwoWayTable> strata;
+    for (const LocalSlice& slice : hypothesis.slices) strata.push_back(slice.counts);
+    return strata;
+}
+
+PartialGamma Partial_gamma_of(const std::vector<TwoWayTable>& strata) {
+    double P = 0, Q = 0, V = 0;
+    for (const TwoWayTable& stratum : strata) {
+        const GammaRecord gamma = Gamma_of_table(stratum);
+        P += gamma.P;
+        Q += gamma.Q;
+        V += gamma.V;
+    }
+    return Partial_gamma(P, Q, V);
+}
+
+Outcome MANTEL() {
+    const TestedTable table = *Current_tested_table();
+    std::vector<std::string> lines;
+    for (const Hypothesis& h : The_hypotheses.list) {
+        const LocalHypothesis hypothesis = Form_xyz_table(table, h, false);
+        if (hypothesis.X.DIM != 2 || hypothesis.Y.DIM != 2) continue;
+        const std::vector<TwoWayTable> strata = Strata_of(hypothesis);
+        const PartialGamma gamma = Partial_gamma_of(strata);
+        for (std::string& line : Mantel_lines(Hypothesis_label(h, table.vlabel()),
+                                              Mantel_haenszel(strata), gamma.gamma, gamma.se))
+            lines.push_back(std::move(line));
+    }
+    if (lines.empty()) {
+        ShowMessage("MANTEL requires a hypothesis on two binary variables");
+        return Outcome::refused;
+    }
+    Write_all(Mantel_heading());
+    Write_all(lines);
+    return Outcome::done;
+}
+
+/// The listed variables; false, with a message, for an unknown label or fewer than two.
+bool At_least_two_variables(std::vector<int>& variables) {
+    if (!Listed_variables(The_line.CommandLine, The_project, variables)) {
+        ShowMessage("Failure: " + The_line.CommandLine);
+        return false;
+    }
+    if (variables.size() >= 2) return true;
+    ShowMessage("Select variables: Not enough variables");
+    return false;
+}
+
+Outcome KAPPA() {
+    std::vector<int> variables;
+    if (The_line.ParameterCount == 0 || !At_least_two_variables(variables)) {
+        if (The_line.ParameterCount == 0) ShowMessage("Select variables: Not enough variables");
+        return Outcome::refused;
+    }
+    std::string labels;
+    bool equal = true;
+    for (const int v : variables) {
+        labels += Project_variable(v).label;
+        equal = equal && Project_variable(v).dim == Project_variable(variables[0]).dim;
+    }
+    if (!equal) {
+        ShowMessage("All variables must have the same number of categories: " + labels);
+        return Outcome::refused;
+    }
+    Write_all(Kappa_heading());
+    for (std::size_t a = 0; a < variables.size(); ++a)
+        for (std::size_t b = a + 1; b < variables.size(); ++b)
+            Write_report(Kappa_line(fmt::format("{}&{}", labels[a], labels[b]),
+                                    Kappa_of_table(Table_of_pair(variables[a], variables[b]))));
+    return Outcome::done;
+}
+
+/// The matrix of the variables for which gamma is defined; the others are named.
+Outcome Write_gammas(const std::vector<int>& variables, bool odds_ratios) {
+    std::vector<int> ordered;
+    std::string labels, nominal;
+    for (const int v : variables) {
+        const Variable& variable = Project_variable(v);
+        const bool has_order = variable.dim == 2 || variable.vtype == Ordinal;
+        (has_order ? labels : nominal) += variable.label;
+        if (has_order) ordered.push_back(v);
+    }
+    if (!nominal.empty()) Write_report("Nominal variables have no gamma coefficients: " + nominal);
+    if (ordered.size() < 2) {
+        ShowMessage("Select variables: Not enough variables");
+        return Outcome::refused;
+    }
+    const GammaMatrix matrix = Gammas_of_pairs(labels, [&](std::size_t i, std::size_t j) {
+        return Table_of_pair(ordered[i], ordered[j]);
+    });
+    Write_all(Gamma_matrix_lines(matrix, odds_ratios));
+    return Outcome::done;
+}
+
+Outcome CORRELATIONS() {
+    std::vector<int> variables;
+    if (!At_least_two_variables(variables)) return Outcome::refused;
+    return Write_gammas(variables, false);
+}
+
+Outcome GAMMA() {
+    if (!Has_parameter('M')) {
+        ShowMessage(
+            "Partial gammas given the project graph are not available yet. GAMMA M gives "
+            "marginal gammas");
+        return Outcome::refused;
+    }
+    std::vector<int> variables;
+    for (int v = 1; v <= The_project.N; ++v) variables.push_back(v);
+    return Write_gammas(variables, Has_parameter('O'));
+}
+
+}  // namespace
+
+void Register_gamma_commands() {
+    Register_command(
+        {.keyword = "MAN",
+         .run = MANTEL,
+         .needs = {NeedsTable, NeedsHypotheses},
+         .report = Report::opened,
+         .spelling = "MANTEL",
+         .summary = "Mantel-Haenszel estimates of odds ratios beside partial gammas",
+         .help =
+             "MANTEL\n\n"
+             "For each hypothesis on two binary variables: the Mantel-Haenszel odds ratio over\n"
+             "the strata with 95 % limits and the standard error of its logarithm (Robins,\n"
+             "Breslow and Greenland), and the partial gamma with its standard error under\n"
+             "independence, also as the odds ratio (1 + gamma) / (1 - gamma).\n\n"
+             "Example: TAB SGC, HYP SG, MAN\n\n"
+             "Refused without a table, without hypotheses, and when no hypothesis is on two\n"
+             "binary variables."});
+    Register_command(
+        {.keyword = "KAP",
+         .run = KAPPA,
+         .needs = {NeedsProject},
+         .report = Report::opened,
+         .spelling = "KAPPA",
+         .summary = "writes kappa coefficients for a list of variables",
+         .help = "KAPPA variables\n\n"
+                 "For each pair of the variables: the cases with both, the share that agrees, the\n"
+                 "same under independence, Cohen's kappa, its standard error, and kappa over its\n"
+                 "standard error under independence (Fleiss, Cohen and Everitt) with its\n"
+                 "two-sided p.\n\n"
+                 "Example: KAP RL\n\n"
+                 "Refused for fewer than two variables, an unknown label, and variables with\n"
+                 "different numbers of categories."});
+    Register_command(
+        {.keyword = "COR",
+         .run = CORRELATIONS,
+         .needs = {NeedsProject},
+         .report = Report::opened,
+         .spelling = "CORRELATIONS",
+         .summary = "calculates Goodman and Kruskal's gamma for binary and ordinal variables",
+         .help =
+             "CORRELATIONS [variables]\n\n"
+             "Goodman and Kruskal's gamma for each pair of the binary and ordinal variables\n"
+             "listed, or of all, with one-sided p-values. Nominal variables are named and left\n"
+             "out.\n\nExample: COR PEKA\n\n"
+             "Refused for an unknown label and for fewer than two variables with an order."});
+    Register_command(
+        {.keyword = "GAM",
+         .run = GAMMA,
+         .needs = {NeedsProject},
+         .report = Report::opened,
+         .spelling = "GAMMA",
+         .summary = "gamma coefficients of all pairs of variables",
+         .help = "GAMMA M\nGAMMA M OR\n\n"
+                 "Marginal gammas of all pairs of binary and ordinal variables; with OR converted\n"
+                 "to generalized odds ratios, (1 + gamma) / (1 - gamma).\n\n"
+                 "GAMMA without M needs the project graph and is not available yet."});
+}
+
+}  // namespace tarven
