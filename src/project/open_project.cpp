@@ -141,6 +141,16 @@ void Set_project(const fs::path& folder, const std::string& name) {
     The_project.Projectname = name;
 }
 
+void Give_up_project() {
+    if (!The_project.ProjectOpen) return;
+    ExitFromTarven(true);
+    // Its folder is where the next one is looked for; no definition without its data stays.
+    const fs::path folder = The_project.ProjectPath;
+    The_project = {};
+    The_project.ProjectPath = folder;
+    SetStatus(0, "");
+}
+
 bool Change_folder(const fs::path& folder) {
     std::error_code error;
     fs::current_path(folder, error);
@@ -176,8 +186,7 @@ bool OpenTarvenProjectClick(const fs::path& chosen) {
     const fs::path named = chosen.empty() ? fs::path() : Absolute(chosen);
     if (The_project.ProjectOpen) {
         if (!AskYesNo("A TARVEN project already exists. Do you want to continue?")) return false;
-        ExitFromTarven(true);
-        The_project.ProjectOpen = false;
+        Give_up_project();
     } else {
         Change_folder(The_session.StartPath);
     }

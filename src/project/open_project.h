@@ -26,6 +26,9 @@ void Run_ini_file();
 /// Sets folder and name of a project and forgets all else of the one before.
 void Set_project(const std::filesystem::path& folder, const std::string& name);
 
+/// The exit flow with disposal for the project that is open, if any; then there is none.
+void Give_up_project();
+
 /// Changes the current folder; false when that fails.
 bool Change_folder(const std::filesystem::path& folder);
 

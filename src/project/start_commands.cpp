@@ -24,17 +24,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// True when no project is in the way: none is open, or the user gives it up.
-bool Gives_up_open_project(const std::string& question) {
-    if (!The_project.ProjectOpen) return true;
-    if (!AskYesNo(question)) return false;
-    ExitFromTarven(true);
-    The_project.ProjectOpen = false;
-    return true;
+/// True when no project is in the way: none is open, or the user will give it up.
+bool May_replace_project() {
+    return !The_project.ProjectOpen || AskYesNo("Project already exists. Continue?");
 }
 
-/// Opens the project that a DEF file names, with the environment as OPE and S69 show it.
+/// Opens the project that a DEF file names, with the environment as OPE and S69 show it. A project
+/// that is open is given up only here, once there is one to take its place.
 bool Open_found_project(const fs::path& DEF, const std::string& name) {
+    Give_up_project();
     Set_project(DEF.parent_path(), name);
     if (!Open_project_files()) return false;
     Run_line("Show E");
@@ -55,7 +53,7 @@ fs::path Path_of(std::string text) {
 
 Outcome OPEN() {
     const std::string name = Get_word(2, The_line.CommandLine);
-    if (!Gives_up_open_project("Project already exists. Continue?")) return Outcome::refused;
+    if (!May_replace_project()) return Outcome::refused;
     const auto DEF = name.empty() ? std::nullopt : Find_file(Path_of(name + ".DEF"));
     if (DEF) {
         if (!Open_found_project(*DEF, Stem(name))) return Outcome::done;
@@ -69,7 +67,7 @@ Outcome OPEN() {
 
 Outcome S69() {
     const std::string path(Behind_keyword(The_line.CommandLine));
-    if (!Gives_up_open_project("Project already exists. Continue?")) return Outcome::refused;
+    if (!May_replace_project()) return Outcome::refused;
     const auto DEF = path.empty() ? std::nullopt : Find_file(Path_of(path + ".DEF"));
     if (!DEF) {
         ShowMessage(path + ".DEF not found");

@@ -73,6 +73,20 @@ TEST_F(Opening, SaysNoAndKeepsTheOpenProject) {
     EXPECT_EQ(The_project.Projectname, "titanic");
 }
 
+TEST_F(Opening, LosesNoProjectToOneThatIsNotThere) {
+    Copy_example("titanic");
+    Run({"OPE titanic", "TAB SC"});
+    EXPECT_TRUE(Has_line_with(Run({"OPE gone", "Y", "N"}), "Project was not found"));
+    EXPECT_TRUE(Has_line_with(Run({"S69 /gone/gone", "Y"}), "/gone/gone.DEF not found"));
+    EXPECT_TRUE(The_project.ProjectOpen);
+    EXPECT_TRUE(The_data.tabdata_ready);
+    // Given up in favour of a file that nobody chooses, it leaves no definition without its data.
+    Run({"AUT", "OPE gone", "AUT"});
+    EXPECT_TRUE(Has_line_with(Run({"SHO V"}), "Variables have not been defined"));
+    EXPECT_TRUE(Has_line_with(Run({"TAB SC"}), "No project"));
+    EXPECT_EQ(The_user.panels[0], "");
+}
+
 TEST_F(Opening, ACommandFileGoesFromProjectToProject) {
     Copy_example("titanic");
     Copy_example("vision");
