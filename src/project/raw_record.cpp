@@ -84,12 +84,19 @@ bool Selected(const ValueSelection& selection, double value) {
                        [&](std::int32_t accepted) { return accepted == rounded; });
 }
 
+/// Why records of NTAL values cannot be read; empty when they can.
+std::string Failure_of_length(int NTAL) {
+    if (NTAL < 1) return fmt::format("Error reading data: {} variables in a record", NTAL);
+    if (NTAL > MaxRecordLength)
+        return fmt::format("Error reading data: {} variables > {}", NTAL, MaxRecordLength);
+    return {};
+}
+
 }  // namespace
 
 RecordReading Read_record(LineReader& file, int NTAL, std::vector<double>& values) {
-    if (NTAL < 1) return Failed(fmt::format("Error reading data: {} variables in a record", NTAL));
-    if (NTAL > MaxRecordLength)
-        return Failed(fmt::format("Error reading data: {} variables > {}", NTAL, MaxRecordLength));
+    if (const std::string failure = Failure_of_length(NTAL); !failure.empty())
+        return Failed(failure);
     values.resize(static_cast<std::size_t>(NTAL) + 1);
     std::int64_t count = 0;
     std::string_view line;
@@ -141,9 +148,7 @@ Recoding Make_recoding(const ProjectDefinition& definition) {
             recoding.failure = fmt::format("{} refers to column {} of records of {} values", what,
                                            column, definition.NTAL);
     };
-    if (definition.NTAL < 1 || definition.NTAL > MaxRecordLength)
-        recoding.failure =
-            fmt::format("Error reading data: {} variables > {}", definition.NTAL, MaxRecordLength);
+    recoding.failure = Failure_of_length(definition.NTAL);
     for (const RangeCondition& c : definition.conditions) check(c.column, "A condition on cases");
     for (const ValueSelection& s : definition.selections) check(s.column, "A selection of cases");
     for (int v = 1; v <= definition.N; ++v) {

@@ -114,6 +114,18 @@ TEST_F(Opening, AFailedVarFileLeavesNoVariables) {
     EXPECT_TRUE(Has_line_with(Run({"SHO V"}), "Variables have not been defined"));
 }
 
+TEST_F(Opening, TellsARecordLengthThatIsNone) {
+    Copy_example("titanic");
+    for (const std::string length : {"0", "-1", "1601"}) {
+        Put("titanic.DEF", length + "\n");
+        const std::string what =
+            length == "1601" ? "1601 variables > 1600" : length + " variables in a record";
+        EXPECT_TRUE(Has_line_with(Run({"OPE titanic", "YES"}), "Error reading data: " + what));
+        EXPECT_FALSE(The_data.tabdata_ready);
+        EXPECT_FALSE(Exists("titanic.TAB"));
+    }
+}
+
 TEST_F(Opening, WorksWithoutTheRawData) {
     Copy_example("titanic");
     Run({"OPE titanic"});
