@@ -114,7 +114,7 @@ std::int64_t Slice_limit(int R, int C) {
     return MaxTableCells / (std::int64_t{R + 1} * (C + 1));
 }
 
-InformativeSlices Read_slices(const SliceView& view) {
+InformativeSlices XYZ1(const SliceView& view) {
     InformativeSlices slices;
     slices.too_many = !Visit_informative(view, slices.missing, [&](const TwoWayTable& counts) {
         slices.counts.push_back(counts);

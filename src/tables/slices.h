@@ -52,9 +52,9 @@ struct InformativeSlices {
 /// How many slices of an R by C pair a hypothesis may have.
 std::int64_t Slice_limit(int R, int C);
 
-InformativeSlices Read_slices(const SliceView& view);
+InformativeSlices XYZ1(const SliceView& view);
 
-/// The silent loop of `Sum_over_strata` on the slices of `Read_slices`, without storing them.
+/// The silent loop of `Sum_over_strata` on the slices of `XYZ1`, without storing them.
 struct SlicesSummed {
     StrataSums sums;
     std::int64_t missing = 0;

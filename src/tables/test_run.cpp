@@ -73,7 +73,7 @@ GlobalOutcome Test_globally(const TestedTable& table, const Hypothesis& hypothes
         return outcome;
     }
     const InformativeSlices slices =
-        table.cells ? Read_slices(View_in(table, hypothesis)) : Informative_of(table, hypothesis);
+        table.cells ? XYZ1(View_in(table, hypothesis)) : Informative_of(table, hypothesis);
     outcome.missing_slices = slices.missing > 0;
     outcome.too_many_slices = slices.too_many;
     if (slices.too_many) return outcome;

@@ -135,7 +135,7 @@ TEST_F(TabulateTest, TablesOfTheExamplesAgreeWithFiguresFromOutside) {
         const Hypothesis hypothesis = Make_hypothesis(made.table.Nvar, std::min(place(0), place(2)),
                                                       std::max(place(0), place(2)), z);
         const InformativeSlices slices =
-            Read_slices(View_of(hypothesis, made.table.Nvar, made.table.DIM.entries,
+            XYZ1(View_of(hypothesis, made.table.Nvar, made.table.DIM.entries,
                                 made.table.Cfactor.entries, made.table.cells.data()));
         ASSERT_LE(slices.counts.size(), reference.strata.size()) << reference.name;
         std::size_t found = 0;
