@@ -136,7 +136,7 @@ TEST_F(TabulateTest, TablesOfTheExamplesAgreeWithFiguresFromOutside) {
                                                       std::max(place(0), place(2)), z);
         const InformativeSlices slices =
             XYZ1(View_of(hypothesis, made.table.Nvar, made.table.DIM.entries,
-                                made.table.Cfactor.entries, made.table.cells.data()));
+                         made.table.Cfactor.entries, made.table.cells.data()));
         ASSERT_LE(slices.counts.size(), reference.strata.size()) << reference.name;
         std::size_t found = 0;
         for (const TwoWayTable& counts : slices.counts) {
