@@ -6,6 +6,8 @@
 #include <cmath>
 #include <random>
 
+#include "support/reference_figures.h"
+
 namespace tarven {
 namespace {
 
@@ -29,15 +31,39 @@ std::ptrdiff_t Rejected_by_adjustment(std::vector<double> p, double q) {
     return rejected;
 }
 
+std::ptrdiff_t Rejected(const std::vector<double>& p, double limit) {
+    return std::count_if(p.begin(), p.end(), [&](double one) { return one <= limit; });
+}
+
 TEST(BenjaminiHochberg, RejectsWhatAdjustedPValuesReject) {
     std::mt19937 random(4);
     for (std::size_t n = 1; n <= 60; ++n)
         for (const double q : {0.05, 0.01}) {
             const std::vector<double> p = Random_p(random, n);
             const double limit = Benjamini_Hochberg_limit(p, q);
-            EXPECT_EQ(std::count_if(p.begin(), p.end(), [&](double x) { return x <= limit; }),
-                      Rejected_by_adjustment(p, q));
+            EXPECT_EQ(Rejected(p, limit), Rejected_by_adjustment(p, q));
         }
+}
+
+TEST(BenjaminiHochberg, DecidesAsRDoes) {
+    const double rates[] = {0.05, 0.01, 0.001};
+    const nlohmann::json lists = Reference_figures("false_discovery.json", "lists");
+    ASSERT_EQ(lists.size(), 24);
+    for (const nlohmann::json& list : lists) {
+        const auto p = list.at("p").get<std::vector<double>>();
+        for (std::size_t q = 0; q < 3; ++q)
+            EXPECT_EQ(Rejected(p, Benjamini_Hochberg_limit(p, rates[q])),
+                      list.at("rejected").at(q).get<std::ptrdiff_t>())
+                << list.dump() << " at " << rates[q];
+    }
+    for (const nlohmann::json& list : Reference_figures("false_discovery.json", "projects")) {
+        const auto p = list.at("p").get<std::vector<double>>();
+        for (std::size_t q = 0; q < 3; ++q) {
+            const double limit = Benjamini_Hochberg_limit(p, rates[q]);
+            EXPECT_NEAR(limit, list.at("limits").at(q).get<double>(), 1e-12);
+            EXPECT_EQ(Rejected(p, limit), list.at("rejected").at(q).get<std::ptrdiff_t>());
+        }
+    }
 }
 
 TEST(BenjaminiHochberg, LimitsAtTheEdges) {
