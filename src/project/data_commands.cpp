@@ -23,10 +23,6 @@ namespace {
 
 const Need NeedsProject = {[] { return The_project.N > 0; }, "No project"};
 
-void Write_all(const std::vector<std::string>& lines) {
-    for (const std::string& line : lines) Write_report(line);
-}
-
 void Show_each_line(const std::string& text) {
     for (const std::string& line : Split_lines(text)) ShowMessage(line);
 }
@@ -56,7 +52,7 @@ Outcome FREQUENCIES() {
     }
     SetStatus(5, "");
     Write_header("Frequencies - values refer to values in the original data set");
-    Write_all(Frequencies_lines(The_project, result));
+    Write_lines(Frequencies_lines(The_project, result));
     return Outcome::done;
 }
 
@@ -72,7 +68,7 @@ Outcome MISSING() {
     std::vector<std::string> labels;
     for (const int v : variables)
         labels.emplace_back(1, The_project.variables[static_cast<std::size_t>(v)].label);
-    Write_all(Missing_report_lines(labels, result));
+    Write_lines(Missing_report_lines(labels, result));
     return Outcome::done;
 }
 
@@ -84,7 +80,7 @@ ListingFormat Ask_format() {
 }
 
 void Write_listing(const Listing& listing) {
-    Write_all(listing.lines);
+    Write_lines(listing.lines);
     if (!listing.failure.empty()) ShowMessage(listing.failure);
     Write_report("");
 }
@@ -115,14 +111,14 @@ std::vector<std::string> Case_count_lines() {
 
 Outcome SELECT() {
     Write_underlined("Selection of cases");
-    Write_all(Case_selection_lines(The_project));
+    Write_lines(Case_selection_lines(The_project));
     Write_report(fmt::format("{} cases in data set", The_project.Nused));
     return Outcome::done;
 }
 
 void SHOW_D() {
     ShowMessage(Data_source_text(Data_source()));
-    Write_all(Case_count_lines());
+    Write_lines(Case_count_lines());
     if (The_data.data_ready) Write_report(fmt::format("DATA in {} arrays", The_data.Ndata_arrays));
     if (The_data.tabdata_ready)
         Write_report(fmt::format("TABdata in {} arrays of cells and {} arrays of counts",

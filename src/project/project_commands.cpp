@@ -17,13 +17,9 @@ namespace tarven {
 
 namespace {
 
-void Write_all(const std::vector<std::string>& lines) {
-    for (const std::string& line : lines) Write_report(line);
-}
-
 Outcome QVM() {
-    Write_all(Global_variables_report(The_project, The_data.data_ready, The_data.tabdata_ready,
-                                      The_data.Ntabcells));
+    Write_lines(Global_variables_report(The_project, The_data.data_ready, The_data.tabdata_ready,
+                                        The_data.Ntabcells));
     return Outcome::done;
 }
 
@@ -41,11 +37,11 @@ void Register_project_commands() {
                       .hidden = true});
     const Need variables{[] { return The_project.N > 0; }, "Variables have not been defined"};
     Register_letter(LetterCommand::show, {.letter = 'V',
-                                          .run = [] { Write_all(Variables_report(The_project)); },
+                                          .run = [] { Write_lines(Variables_report(The_project)); },
                                           .needs = {variables},
                                           .summary = "variables and categories"});
     Register_letter(LetterCommand::show, {.letter = 'C',
-                                          .run = [] { Write_all(Comments_report(The_project)); },
+                                          .run = [] { Write_lines(Comments_report(The_project)); },
                                           .summary = "the comments of the project"});
     Register_letter(LetterCommand::show, {.letter = 'P',
                                           .run = Show_project_log,

@@ -103,6 +103,10 @@ void Write_report(std::string_view line) {
     Each_line(line, Write_line);
 }
 
+void Write_lines(const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) Write_report(line);
+}
+
 void ShowReportLine(std::string_view line) {
     const bool open = The_report.ReportOpen;
     The_report.ReportOpen = false;

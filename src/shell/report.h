@@ -52,6 +52,9 @@ std::string Backup_report();
 /// with line ends in it is as many lines.
 void Write_report(std::string_view line);
 
+/// Each of the lines.
+void Write_lines(const std::vector<std::string>& lines);
+
 /// A line straight into OutputField.
 void ShowReportLine(std::string_view line);
 

@@ -19,10 +19,6 @@ namespace tarven {
 
 namespace {
 
-void Write_all(const std::vector<std::string>& lines) {
-    for (const std::string& line : lines) Write_report(line);
-}
-
 /// A source of its own, so that the stream of the tests is not disturbed; without a person always
 /// the first saying, so that two runs of a command file give the same report.
 double Random_saying() {
@@ -33,18 +29,18 @@ double Random_saying() {
 
 void Show_limits() {
     Limits_report();
-    Write_all(Quotation(Random_saying()));
+    Write_lines(Quotation(Random_saying()));
 }
 
 void Show_news() {
     Write_header("Additions to TARVEN by version");
-    Write_all({"Version 0.1",
-               "  Projects of plain text files open with every check (OPE, REO, BAT, CMD, RUN).",
-               "  Tables of two to eight variables, conditional independence by chi-square-type",
-               "  statistics and partial gamma, asymptotic and Monte Carlo exact p-values.",
-               "  Local analysis, homogeneity of gammas, Mantel-Haenszel, pseudo gamma, kappa,",
-               "  Benjamini-Hochberg limits.",
-               "  Reports, project and data files are UTF-8; Latin-1 is read as well."});
+    Write_lines({"Version 0.1",
+                 "  Projects of plain text files open with every check (OPE, REO, BAT, CMD, RUN).",
+                 "  Tables of two to eight variables, conditional independence by chi-square-type",
+                 "  statistics and partial gamma, asymptotic and Monte Carlo exact p-values.",
+                 "  Local analysis, homogeneity of gammas, Mantel-Haenszel, pseudo gamma, kappa,",
+                 "  Benjamini-Hochberg limits.",
+                 "  Reports, project and data files are UTF-8; Latin-1 is read as well."});
 }
 
 Outcome SHOW() {
@@ -64,7 +60,7 @@ Outcome AUTOMATIC() {
 
 Outcome HELP() {
     Write_header("Commands");
-    Write_all(Command_list());
+    Write_lines(Command_list());
     Write_report("");
     Write_report(
         "Three letters of a command are enough. A command and \"?\" tells its parameters.");
@@ -142,7 +138,7 @@ void Register_shell_commands() {
     Register_letter(LetterCommand::show, {.letter = 'L', .run = Show_limits});
     Register_letter(LetterCommand::show, {.letter = 'N', .run = Show_news});
     Register_letter(LetterCommand::show,
-                    {.letter = 'E', .run = [] { Write_all(Environment_lines()); }});
+                    {.letter = 'E', .run = [] { Write_lines(Environment_lines()); }});
     Register_letter(LetterCommand::dispose,
                     {.letter = 'O', .run = Clear_report_field, .report = Report::none});
 }

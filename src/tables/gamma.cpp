@@ -106,4 +106,15 @@ PartialGamma Partial_gamma(double SP, double SQ, double SV) {
     return result;
 }
 
+PartialGamma Partial_gamma(std::span<const TwoWayTable> strata) {
+    double P = 0, Q = 0, V = 0;
+    for (const TwoWayTable& stratum : strata) {
+        const GammaRecord gamma = Gamma_of_table(stratum);
+        P += gamma.P;
+        Q += gamma.Q;
+        V += gamma.V;
+    }
+    return Partial_gamma(P, Q, V);
+}
+
 }  // namespace tarven

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "tables/two_way.h"
@@ -58,6 +59,9 @@ struct PartialGamma {
 /// "as good as impossible": the normal tail is not taken seriously that far out. (At 4 itself the
 /// tail is 3.2e-5, so p jumps there.) Davis (1967), JASA 62, 189-193.
 PartialGamma Partial_gamma(double SP, double SQ, double SV);
+
+/// The same of some strata of X and Y.
+PartialGamma Partial_gamma(std::span<const TwoWayTable> strata);
 
 /// Gamma of a random table, or of the sums over its strata: Q/P, 0 when P is not positive.
 inline double Gamma_of_pairs(std::int64_t P, std::int64_t Q) {

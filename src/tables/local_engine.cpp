@@ -8,12 +8,6 @@ namespace tarven {
 
 namespace {
 
-bool Is_margin(const LocalHypothesis& hypothesis, const LocalSlice& slice) {
-    for (std::size_t k = 0; k < slice.category.size(); ++k)
-        if (slice.category[k] > hypothesis.Z[k].DIM) return true;
-    return false;
-}
-
 /// The strata that count, and which categories of the conditioning variables each belongs to.
 struct RealStrata {
     std::vector<TwoWayTable> counts;
@@ -76,6 +70,12 @@ void Simulate(LocalResult& result, const RealStrata& real, int group_count,
 }
 
 }  // namespace
+
+bool Is_margin(const LocalHypothesis& hypothesis, const LocalSlice& slice) {
+    for (std::size_t k = 0; k < slice.category.size(); ++k)
+        if (slice.category[k] > hypothesis.Z[k].DIM) return true;
+    return false;
+}
 
 LocalResult EXANALYSE(const LocalHypothesis& hypothesis, const TestSettings& settings,
                       bool partial_off, RandomStream& stream, DrawMemory& memory,

@@ -38,6 +38,9 @@ struct LocalHypothesis {
     std::vector<LocalSlice> slices;
 };
 
+/// Whether a category of the slice stands at its margin.
+bool Is_margin(const LocalHypothesis& hypothesis, const LocalSlice& slice);
+
 /// What one stratum gives. Nothing of an empty one.
 struct StratumResult {
     bool margin = false;  ///< a category stands at its margin

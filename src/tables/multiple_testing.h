@@ -80,7 +80,9 @@ std::vector<std::string> Critical_level_lines(std::span<const double> p);
 std::vector<std::string> False_discovery_lines(const CollectedPValues& collected,
                                                const std::vector<std::string>& labels);
 
-std::vector<std::string> Pairwise_comparison_lines(const PairwiseComparison& comparison);
+/// `numbers` are what the groups are called; 1, 2, .. when empty.
+std::vector<std::string> Pairwise_comparison_lines(const PairwiseComparison& comparison,
+                                                   std::vector<int> numbers = {});
 
 /// The Bonferroni-adjusted p of the least significant of n hypotheses.
 std::string Bonferroni_line(std::size_t n, double p);

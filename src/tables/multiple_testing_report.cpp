@@ -45,10 +45,11 @@ std::string Bonferroni_line(std::size_t n, double p) {
 
 namespace {
 
-void Matrix_lines(const PairwiseComparison& c, std::vector<std::string>& lines) {
+void Matrix_lines(const PairwiseComparison& c, const std::vector<int>& numbers,
+                  std::vector<std::string>& lines) {
     lines.push_back("p-values for pairwise comparisons");
     std::string head = Blanks(4);
-    for (int j = 1; j <= c.groups; ++j) head += Field(j, 6);
+    for (const int number : numbers) head += Field(number, 6);
     lines.push_back(head);
     const auto pair_of = [&](int i, int j) {
         return *std::find_if(c.pairs.begin(), c.pairs.end(), [&](const ComparedPair& pair) {
@@ -57,7 +58,7 @@ void Matrix_lines(const PairwiseComparison& c, std::vector<std::string>& lines) 
     };
     // The p-values stand above the diagonal, the decisions below.
     for (int i = 1; i <= c.groups; ++i) {
-        std::string line = Field(i, 4);
+        std::string line = Field(numbers[static_cast<std::size_t>(i - 1)], 4);
         for (int j = 1; j <= c.groups; ++j) {
             if (i == j)
                 line += Blanks(6);
@@ -75,12 +76,17 @@ void Matrix_lines(const PairwiseComparison& c, std::vector<std::string>& lines) 
 
 }  // namespace
 
-std::vector<std::string> Pairwise_comparison_lines(const PairwiseComparison& c) {
+std::vector<std::string> Pairwise_comparison_lines(const PairwiseComparison& c,
+                                                   std::vector<int> numbers) {
+    if (numbers.empty())
+        for (int g = 1; g <= c.groups; ++g) numbers.push_back(g);
+    const auto number = [&](int group) { return numbers[static_cast<std::size_t>(group - 1)]; };
     std::vector<std::string> lines;
-    Matrix_lines(c, lines);
+    Matrix_lines(c, numbers, lines);
     if (!c.rejected.empty()) lines.push_back("Equivalence rejected for the following groups:");
     for (const ComparedPair& pair : c.rejected)
-        lines.push_back(fmt::format("  {} and {} p = {}", pair.i, pair.j, Field(pair.p, 6, 4)));
+        lines.push_back(
+            fmt::format("  {} and {} p = {}", number(pair.i), number(pair.j), Field(pair.p, 6, 4)));
     lines.push_back("Summary of coherence adjusted Benjamini Hochberg analysis");
     if (c.all_different()) {
         lines.push_back("No collaps after adjustment for coherence");
@@ -89,19 +95,20 @@ std::vector<std::string> Pairwise_comparison_lines(const PairwiseComparison& c) 
         lines.push_back("Collapsed groups:");
         for (const std::vector<int>& one : c.classes) {
             std::string line = " ";
-            for (const int g : one) line += fmt::format(" {}", g);
+            for (const int g : one) line += fmt::format(" {}", number(g));
             lines.push_back(line);
         }
     }
     if (!c.rejected_for_coherence.empty())
         lines.push_back("The following equivalence hypotheses were rejected due to coherence:");
     for (const ComparedPair& pair : c.rejected_for_coherence)
-        lines.push_back(fmt::format("  {} & {}  p = {}", pair.i, pair.j, Field(pair.p, 6, 4)));
+        lines.push_back(
+            fmt::format("  {} & {}  p = {}", number(pair.i), number(pair.j), Field(pair.p, 6, 4)));
     lines.push_back("Final p-values");
     lines.push_back("grp1 grp2    p");
     lines.push_back("----------------");
     for (const ComparedPair& pair : c.pairs)
-        lines.push_back(Field(pair.i, 4) + Field(pair.j, 5) + Field(pair.p, 7, 4));
+        lines.push_back(Field(number(pair.i), 4) + Field(number(pair.j), 5) + Field(pair.p, 7, 4));
     return lines;
 }
 

@@ -22,10 +22,6 @@ namespace {
 /// SHOW T prints the strata of a table that has no more than this.
 constexpr std::int64_t MostStrataShown = 100;
 
-void Write_all(const std::vector<std::string>& lines) {
-    for (const std::string& line : lines) Write_report(line);
-}
-
 bool Is_lone_parameter(char character) {
     return The_line.ParameterCount == 1 && The_line.ParameterField[0] == character;
 }
@@ -57,7 +53,7 @@ Outcome Read_table_of_project() {
         for (const std::string& message : read.messages) ShowMessage(message);
         return Refuse("Failure reading table.");
     }
-    Write_all(Table_file_lines(read.table));
+    Write_lines(Table_file_lines(read.table));
     Set_current_table(std::move(read.table), "EXA table");
     return Outcome::done;
 }
@@ -78,7 +74,7 @@ Outcome TABULATE() {
     }
     const auto Nvar = static_cast<int>(selected.numbers.size());
     if (!Check_table_dimensions(Nvar, DIM)) {
-        Write_all(Too_large_lines(Nvar, DIM));
+        Write_lines(Too_large_lines(Nvar, DIM));
         return Refuse("Table dimensions: failure");
     }
     if (!Tabulate_current_table(request)) return Outcome::done;
@@ -93,7 +89,7 @@ void Show_table() {
         return;
     }
     const ContingencyTable& table = The_table.table;
-    Write_all(Table_variables_lines(table));
+    Write_lines(Table_variables_lines(table));
     Write_report("");
     std::int64_t strata = 1;
     for (int k = 3; k <= table.Nvar; ++k) strata *= table.DIM[static_cast<std::size_t>(k)];

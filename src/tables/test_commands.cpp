@@ -24,10 +24,6 @@ namespace tarven {
 
 namespace {
 
-void Write_all(const std::vector<std::string>& lines) {
-    for (const std::string& line : lines) Write_report(line);
-}
-
 bool Has_table() {
     return The_table.table_ready;
 }
@@ -48,7 +44,7 @@ Outcome Take(const HypothesisList& made, const HypothesisVariables& variables) {
         ShowMessage(fmt::format("MAXIMAL NUMBER OF HYPOTHESES PERMITTED IS {}", MaxHypotheses));
     if (made.rows.empty()) return Failure();
     Set_hypotheses(made.rows, HypothesisScope::table, variables.vlabel);
-    Write_all(Hypothesis_list_lines(The_hypotheses.list, variables.vlabel));
+    Write_lines(Hypothesis_list_lines(The_hypotheses.list, variables.vlabel));
     return Outcome::done;
 }
 
@@ -109,13 +105,6 @@ Outcome ELABORATE() {
 
 // ---- TEST
 
-/// The progress display of a simulation.
-RunControl Progress_of(const TestSettings& settings) {
-    return {
-        [settings] { ShowProgress(0, settings.Nsim, 1, "Exact test", Monte_carlo_name(settings)); },
-        [] { return StepProgress(); }, [] { HideProgress(); }};
-}
-
 SummaryRow Summary_row(const TestedTable& table, std::size_t k) {
     const Hypothesis& h = The_hypotheses.list[k];
     return {.label = Hypothesis_label(h, table.vlabel()),
@@ -146,16 +135,16 @@ void Run_global_tests(const TestedTable& table) {
         table, The_hypotheses.list, The_settings, The_stream, Progress_of(The_settings));
     for (std::size_t k = 0; k < outcomes.size(); ++k) {
         Store(k, outcomes[k].row, outcomes[k].has_gamma);
-        Write_all(Remarks(outcomes[k], Hypothesis_label(The_hypotheses.list[k], table.vlabel())));
+        Write_lines(Remarks(outcomes[k], Hypothesis_label(The_hypotheses.list[k], table.vlabel())));
     }
     const std::vector<SummaryRow> rows = Summary_rows(table);
-    Write_all(exa_summary1(rows, Limits_of_results(), The_settings));
+    Write_lines(exa_summary1(rows, Limits_of_results(), The_settings));
 }
 
 void Analyse(const TestAnalysis& analysis, const char* name, const LocalHypothesis& hypothesis,
              const LocalResult& result) {
     if (analysis)
-        Write_all(analysis(hypothesis, result));
+        Write_lines(analysis(hypothesis, result));
     else
         Write_report(fmt::format("{} is not available yet", name));
 }
@@ -167,7 +156,9 @@ void Run_analyses(const TestOptions& options, const LocalHypothesis& hypothesis,
     if (options.LocalGammas)
         Analyse(to.local_gammas, "Analysis of local CPRs and gamma coefficients", hypothesis,
                 result);
-    if (options.Homogeneity && !hypothesis.Z.empty())
+    if (options.Homogeneity && hypothesis.Z.empty())
+        Write_report("No conditioning variables: no homogeneity of Gamma coefficients to analyse");
+    else if (options.Homogeneity)
         Analyse(to.homogeneity, "Analysis of homogeneity of Gamma coefficients", hypothesis,
                 result);
     if (options.CollapseAnalysis) {
@@ -198,7 +189,7 @@ void Print_strata(std::size_t number, const LocalHypothesis& hypothesis, const L
                   const TestOptions& options) {
     Write_report("");
     Write_report(Distribution_line(static_cast<int>(number), hypothesis));
-    Write_all(
+    Write_lines(
         Tested_table_lines(hypothesis, result, Printed(options), Statistic_symbol(The_settings)));
 }
 
@@ -222,11 +213,11 @@ LocalResult Run_local_test(const TestedTable& table, std::size_t k, const TestOp
     // The line under the box of a single table has said it all already.
     if (simulates || !two_way || !options.PrintTable) {
         if (!options.PrintTable) Write_report("");
-        Write_all(single_exa_summary(Summary_row(table, k), settings));
+        Write_lines(single_exa_summary(Summary_row(table, k), settings));
     }
     if (big && The_settings.PartialTests && !two_way) Write_report("Partial test not ready (3)");
-    Write_all(Partial_test_lines(result));
-    if (!two_way) Write_all(Local_result_lines(hypothesis, result, settings));
+    Write_lines(Partial_test_lines(result));
+    if (!two_way) Write_lines(Local_result_lines(hypothesis, result, settings));
     Run_analyses(options, hypothesis, result, big);
     return result;
 }
@@ -239,12 +230,14 @@ void Run_local_tests(const TestedTable& table, const TestOptions& options) {
     for (std::size_t k = 0; k < count; ++k) Run_local_test(table, k, options);
     if (count > 1) {
         Write_report("");
-        Write_all(exa_summary(Summary_rows(table), The_settings));
+        Write_lines(exa_summary(Summary_rows(table), The_settings));
     }
 }
 
 /// Beside the global tests only two analyses are offered; each wants the strata.
 void Run_global_analyses(const TestedTable& table, const TestOptions& options) {
+    if (options.Homogeneity)
+        Write_report("The analysis of homogeneity (D) belongs to local tests: LOCAL turns them on");
     if (!options.CollapseAnalysis && !options.PseudoGamma) return;
     TestOptions wanted;
     wanted.CollapseAnalysis = options.CollapseAnalysis;
@@ -359,12 +352,12 @@ Outcome FISHER() {
     const bool has_gamma = Gamma_is_defined(hypothesis.X.DIM, hypothesis.X.VTYPE, hypothesis.Y.DIM,
                                             hypothesis.Y.VTYPE);
     FisherListing list_table;
-    if (listing) list_table = [](const FisherTable& one) { Write_all(Fisher_table_lines(one)); };
+    if (listing) list_table = [](const FisherTable& one) { Write_lines(Fisher_table_lines(one)); };
     ShowWait("Enumeration of all tables");
     const FisherRecord record = Enumerate_tables(
         counts, Statistic_rule(The_settings), has_gamma, [] { return StepProgress(); }, list_table);
     HideWait();
-    Write_all(Fisher_report(counts, hypothesis.X.label, hypothesis.Y.label, record));
+    Write_lines(Fisher_report(counts, hypothesis.X.label, hypothesis.Y.label, record));
     return Outcome::done;
 }
 
@@ -426,6 +419,24 @@ constexpr const char* TestHelp =
     "  L  local gammas           D  homogeneity of gammas     G  pseudo gamma\n"
     "  K  collapsing categories  Q  power series              P  reserved\n"
     "\n"
+    "L, for a two-way table: every 2 by 2 table of two rows and two columns with its gamma and "
+    "its\n"
+    "CPR, the association of one step in both variables if the association is uniform; means of\n"
+    "CPRs weight by the square of the cases.\n"
+    "\n"
+    "D, in local tests with conditioning variables: is gamma the same in all strata of each\n"
+    "conditioning variable, given the others, and of all of them jointly? Least squares with "
+    "weights\n"
+    "1/variance, standardized residuals, and a chi-square for homogeneity; it needs a variance in\n"
+    "every stratum and at most 40 strata. Gammas are cumulated from the first stratum down and "
+    "from\n"
+    "the last up; u compares the first strata with the rest where they differ most, so it is not "
+    "a\n"
+    "standard normal. Three and more strata that differ are compared in pairs. Fitted gammas are\n"
+    "those of two-factor association.\n"
+    "\n"
+    "G: HELP PGA tells more.\n"
+    "\n"
     "A p of gamma beyond z = 4 is shown as 0.000. Ctrl-C ends the simulation under way with the\n"
     "tables done; the rest of the list then has asymptotic p-values.\n"
     "\n"
@@ -462,6 +473,12 @@ constexpr const char* FisherHelp =
     "Refuses: no table (\"No table\"), a table with more than two variables.";
 
 }  // namespace
+
+RunControl Progress_of(const TestSettings& settings) {
+    return {
+        [settings] { ShowProgress(0, settings.Nsim, 1, "Exact test", Monte_carlo_name(settings)); },
+        [] { return StepProgress(); }, [] { HideProgress(); }};
+}
 
 std::optional<TestedTable> Current_tested_table() {
     if (!The_table.table_ready) return std::nullopt;
@@ -571,7 +588,7 @@ void Register_test_commands() {
                       .help = FisherHelp});
     Register_letter(LetterCommand::show,
                     {.letter = 'H',
-                     .run = [] { Write_all(Show_hypotheses_lines(The_hypotheses)); },
+                     .run = [] { Write_lines(Show_hypotheses_lines(The_hypotheses)); },
                      .needs = {},
                      .summary = "the hypotheses"});
     Register_bootstrap_commands();

@@ -35,6 +35,9 @@ std::optional<TestedTable> Current_tested_table();
 /// Its variables as hypotheses are made over them.
 HypothesisVariables Current_hypothesis_variables();
 
+/// The progress display of a simulation.
+RunControl Progress_of(const TestSettings& settings);
+
 /// TEST: tests the list of hypotheses on the current table by the letters of The_line, stores the
 /// rows and writes the report.
 Outcome Run_tests();

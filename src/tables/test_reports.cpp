@@ -252,6 +252,18 @@ std::string Hypothesis_label(const LocalHypothesis& hypothesis) {
     return label;
 }
 
+std::string Titled(const TestVariable& variable) {
+    return variable.name.empty() ? std::string(1, variable.label)
+                                 : fmt::format("{} {}", variable.label, variable.name);
+}
+
+std::string Titled_category(const TestVariable& variable, int category) {
+    const std::size_t index = static_cast<std::size_t>(category - 1);
+    const bool named = index < variable.categories.size() && !variable.categories[index].empty();
+    return named ? fmt::format("{} {}", category, variable.categories[index])
+                 : fmt::format("{}", category);
+}
+
 std::string Distribution_line(int number, const LocalHypothesis& hypothesis) {
     std::string label{hypothesis.X.label, hypothesis.Y.label};
     if (!hypothesis.Z.empty()) label += '|';

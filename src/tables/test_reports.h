@@ -66,6 +66,10 @@ std::vector<std::string> Local_result_lines(const LocalHypothesis& hypothesis,
 /// "Table 3. The AB|CD distribution."
 std::string Distribution_line(int number, const LocalHypothesis& hypothesis);
 
+/// "C Class", the label alone without a name; and "2 Second" of a category.
+std::string Titled(const TestVariable& variable);
+std::string Titled_category(const TestVariable& variable, int category);
+
 /// The label of a hypothesis in the form of `Hypothesis_label`.
 std::string Hypothesis_label(const LocalHypothesis& hypothesis);
 

@@ -1,0 +1,60 @@
+! Ordinal association in depth: local tables, homogeneity, Mantel-Haenszel, pseudo gamma, kappa, FDR.
+CHD titanic
+OPE titanic
+TAB SGC
+HYP SG
+MAN
+TES D
+LOC
+TES D
+GLO
+TAB SGAC
+HYP SG
+MAN
+LOC
+TES D
+GLO
+TAB CS
+HYP CS
+TES LG
+REP 1000 9
+PGA CS
+Y
+TES
+HYP CS
+TES L
+ASY
+PGA SG
+PGA
+PGA C#
+PGA SCA
+PGA SX
+GAM
+GAM M
+GAM M OR
+CHD ../vision
+OPE vision
+Y
+TAB RLG
+HYP RL
+LOC
+TES D
+TAB RL
+HYP RL
+TES L
+KAP RL
+KAP RG
+CHD ../survey
+OPE survey
+Y
+COR
+COR EKC
+COR CF
+TAB CSFW
+HYP **
+GLO
+SEQ 500 9
+TES G
+ASY
+TES
+FDR
