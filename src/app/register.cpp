@@ -7,6 +7,7 @@
 #include "shell/workspace.h"
 #include "tables/gamma_commands.h"
 #include "tables/multiple_testing_commands.h"
+#include "tables/pseudo_gamma_commands.h"
 #include "tables/tables_commands.h"
 #include "tables/test_commands.h"
 
@@ -21,6 +22,7 @@ void Register_all() {
     Register_test_commands();
     Register_multiple_testing_commands();
     Register_gamma_commands();
+    Register_pseudo_gamma_commands();
     Init_workspace();
 }
 

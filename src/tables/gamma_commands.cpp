@@ -4,6 +4,7 @@
 
 #include "project/listed_variables.h"
 #include "shell/commands.h"
+#include "shell/lifecycle.h"
 #include "shell/parsed_line.h"
 #include "shell/report.h"
 #include "shell/user.h"
@@ -12,7 +13,6 @@
 #include "tables/kappa.h"
 #include "tables/local_cpr.h"
 #include "tables/mantel_haenszel.h"
-#include "tables/pseudo_gamma.h"
 #include "tables/tabulate.h"
 #include "tables/test_commands.h"
 
@@ -26,23 +26,6 @@ const Need NeedsHypotheses{[] { return !The_hypotheses.list.empty(); }, "No hypo
 
 const Variable& Project_variable(int number) {
     return The_project.variables[static_cast<std::size_t>(number)];
-}
-
-/// The table of two project variables over the cases that have both; zeros when there are fewer
-/// than two such cases.
-TwoWayTable Table_of_pair(int i, int j) {
-    const std::vector<TableVariable> variables = {Table_variable(The_project, i),
-                                                  Table_variable(The_project, j)};
-    const Tabulation tabulation = Tabulate(variables, {}, Table_source(Data_at_hand(), 2));
-    TwoWayTable counts(variables[0].DIM, variables[1].DIM);
-    if (!tabulation.ok) return counts;
-    for (int r = 1; r <= counts.rows; ++r)
-        for (int c = 1; c <= counts.columns; ++c) {
-            const int cell[] = {r, c};
-            counts(r, c) = Read_cell(tabulation.table, cell);
-        }
-    Fill_margins(counts);
-    return counts;
 }
 
 std::vector<TwoWayTable> Strata_of(const LocalHypothesis& hypothesis) {
@@ -72,17 +55,6 @@ Outcome MANTEL() {
     return Outcome::done;
 }
 
-/// The listed variables; false, with a message, for an unknown label or fewer than two.
-bool At_least_two_variables(std::vector<int>& variables) {
-    if (!Listed_variables(The_line.CommandLine, The_project, variables)) {
-        ShowMessage("Failure: " + The_line.CommandLine);
-        return false;
-    }
-    if (variables.size() >= 2) return true;
-    ShowMessage("Select variables: Not enough variables");
-    return false;
-}
-
 Outcome KAPPA() {
     std::vector<int> variables;
     if (The_line.ParameterCount == 0 || !At_least_two_variables(variables)) {
@@ -107,8 +79,23 @@ Outcome KAPPA() {
     return Outcome::done;
 }
 
+/// Keeps the gammas of the project variables with these numbers, those of the matrix.
+void Keep_gammas(const GammaMatrix& matrix, const std::vector<int>& numbers) {
+    const std::size_t N = static_cast<std::size_t>(The_project.N);
+    ProjectGammas& kept = The_project_gammas;
+    kept.IJXgamma.assign(N * N, ProjectGammas::None);
+    kept.ready = true;
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        for (std::size_t j = i + 1; j < numbers.size(); ++j) {
+            const std::size_t v = static_cast<std::size_t>(numbers[i] - 1);
+            const std::size_t w = static_cast<std::size_t>(numbers[j] - 1);
+            const double gamma = matrix.At(i, j).gamma;
+            kept.IJXgamma[v * N + w] = kept.IJXgamma[w * N + v] = gamma;
+        }
+}
+
 /// The matrix of the variables for which gamma is defined; the others are named.
-Outcome Write_gammas(const std::vector<int>& variables, bool odds_ratios) {
+Outcome Write_gammas(const std::vector<int>& variables, bool odds_ratios, bool keep) {
     std::vector<int> ordered;
     std::string labels, nominal;
     for (const int v : variables) {
@@ -125,6 +112,7 @@ Outcome Write_gammas(const std::vector<int>& variables, bool odds_ratios) {
     const GammaMatrix matrix = Gammas_of_pairs(labels, [&](std::size_t i, std::size_t j) {
         return Table_of_pair(ordered[i], ordered[j]);
     });
+    if (keep) Keep_gammas(matrix, ordered);
     Write_lines(Gamma_matrix_lines(matrix, odds_ratios));
     return Outcome::done;
 }
@@ -132,7 +120,7 @@ Outcome Write_gammas(const std::vector<int>& variables, bool odds_ratios) {
 Outcome CORRELATIONS() {
     std::vector<int> variables;
     if (!At_least_two_variables(variables)) return Outcome::refused;
-    return Write_gammas(variables, false);
+    return Write_gammas(variables, false, false);
 }
 
 Outcome GAMMA() {
@@ -144,7 +132,7 @@ Outcome GAMMA() {
     }
     std::vector<int> variables;
     for (int v = 1; v <= The_project.N; ++v) variables.push_back(v);
-    return Write_gammas(variables, Has_parameter('O'));
+    return Write_gammas(variables, Has_parameter('O'), true);
 }
 
 std::vector<std::string> Local_gammas(const LocalHypothesis& hypothesis,
@@ -159,125 +147,24 @@ std::vector<std::string> Homogeneity(const LocalHypothesis& hypothesis, const Lo
     return Homogeneity_lines(hypothesis, Analyse_homogeneity(hypothesis, result));
 }
 
-PseudoGammaAnalysis Pseudo_gamma_with_progress(const LocalHypothesis& hypothesis) {
-    const RunControl control = Progress_of(The_settings);
-    const bool simulates = The_settings.ExactTests && The_settings.Nsim > 0;
-    if (simulates) control.begin();
-    PseudoGammaAnalysis analysis = Analyse_pseudo_gamma(hypothesis, The_settings, control.stop);
-    if (simulates) control.end();
-    return analysis;
-}
-
-std::vector<std::string> Pseudo_gamma(const LocalHypothesis& hypothesis, const LocalResult&) {
-    return Pseudo_gamma_lines(hypothesis, Pseudo_gamma_with_progress(hypothesis), The_settings);
-}
-
-/// A variable of the recoded table: one category a class, ordinal, as an order has been found. It
-/// is no longer the project variable.
-TableVariable Recoded_variable(const TestVariable& variable,
-                               const std::vector<std::vector<int>>& classes) {
-    TableVariable recoded{.label = variable.label,
-                          .DIM = static_cast<int>(classes.size()),
-                          .VTYPE = 3,
-                          .name = variable.name};
-    for (const std::vector<int>& one : classes) {
-        std::string name;
-        for (const int c : one) {
-            const std::size_t index = static_cast<std::size_t>(c - 1);
-            const bool named =
-                index < variable.categories.size() && !variable.categories[index].empty();
-            name += (name.empty() ? "" : "+") +
-                    (named ? variable.categories[index] : fmt::format("{}", c));
-        }
-        recoded.categories.push_back(name);
-    }
-    return recoded;
-}
-
-/// Makes the collapsed and ordered table the current one.
-void Recode_table(const LocalHypothesis& hypothesis, const CollapsedOrder& order) {
-    const TwoWayTable counts =
-        Regrouped(hypothesis.slices.front().counts, order.rows, order.columns);
-    ContingencyTable table = Make_table({Recoded_variable(hypothesis.X, order.rows),
-                                         Recoded_variable(hypothesis.Y, order.columns)});
-    for (int i = 1; i <= counts.rows; ++i)
-        for (int j = 1; j <= counts.columns; ++j) {
-            const int cell[] = {i, j};
-            table.cells[static_cast<std::size_t>(Cell_number(table, cell) - 1)] = counts(i, j);
-        }
-    table.NTOTAL = counts.Total();
-    Add_margins(table);
-    Set_current_table(std::move(table));
-    Write_report(fmt::format("Table {}{} with {} cases, recoded", hypothesis.X.label,
-                             hypothesis.Y.label, counts.Total()));
-}
-
-Outcome PGAMMA() {
-    std::vector<int> variables;
-    if (!At_least_two_variables(variables)) return Outcome::refused;
-    if (variables.size() > 2) {
-        ShowMessage("PGAMMA takes two variables: TEST G has strata as well");
-        return Outcome::refused;
-    }
-    const auto tested = [](const TableVariable& v) {
-        return TestVariable{v.label, v.name, v.DIM, v.VTYPE, v.categories};
-    };
-    LocalHypothesis hypothesis{.X = tested(Table_variable(The_project, variables[0])),
-                               .Y = tested(Table_variable(The_project, variables[1]))};
-    hypothesis.slices.push_back({{}, Table_of_pair(variables[0], variables[1])});
-    const PseudoGammaAnalysis analysis = Pseudo_gamma_with_progress(hypothesis);
-    Write_lines(Pseudo_gamma_lines(hypothesis, analysis, The_settings));
-    if (analysis.comparisons.empty()) return Outcome::done;
-    const CollapsedOrder& order = analysis.collapsed;
-    if (order.rows.size() < 2 || order.columns.size() < 2) return Outcome::done;
-    if (AskYesNo("Recode categories after collaps and analysis of order"))
-        Recode_table(hypothesis, order);
-    return Outcome::done;
-}
-
-/// The score takes part unless two variables are named, and it needs items.
-bool Names_variables() {
-    return The_line.ParameterCount > 0 && The_line.CommandLine.find('#') == std::string::npos;
-}
-
-constexpr const char* PseudoGammaHelp =
-    "PGAMMA v1 v2\n"
-    "\n"
-    "Looks for the order of the categories of a nominal variable in which its association with "
-    "the\n"
-    "other variable is as ordinal as it can be. The pseudo gamma is the largest absolute gamma "
-    "over\n"
-    "all orders of the categories with cases, mirror images alike; v1 gives the rows, v2 the\n"
-    "columns, and only nominal variables with three or more categories are permuted. At most 16\n"
-    "categories of one variable, or 8 of each when both are nominal; more are refused with \"too\n"
-    "many categories for this procedure\". The setup check counts pairs of categories whose own\n"
-    "gamma contradicts the order.\n"
-    "\n"
-    "After EXA, REP or SEQ, random tables are searched in the same way: p is the share whose "
-    "pseudo\n"
-    "gamma is at least the observed one, from the seed of the settings. Searching every random\n"
-    "table takes time, above all when both variables are permuted: ASYMPTOTIC tests are quick, "
-    "but\n"
-    "their p takes the order as given and is too small.\n"
-    "\n"
-    "Then pairs of categories are compared by gamma, two-sided, with Benjamini-Hochberg limits\n"
-    "(5 %). Categories that are not told apart are collapsed, as far as no class holds a rejected\n"
-    "pair, and the classes are ordered again. You are asked whether to recode: Y makes the\n"
-    "collapsed and ordered table the current one, with ordinal variables. The project stays.\n"
-    "\n"
-    "TEST G does the same, without recoding, for the hypotheses of a table, with strata.\n"
-    "\n"
-    "Example: PGA CS\n"
-    "\n"
-    "Refuses: no variables, or # for the score, without items (\"Items have not been defined\");\n"
-    "an unknown label, or other than two variables.";
-
 }  // namespace
 
+bool At_least_two_variables(std::vector<int>& variables) {
+    if (!Listed_variables(The_line.CommandLine, The_project, variables)) {
+        ShowMessage("Failure: " + The_line.CommandLine);
+        return false;
+    }
+    if (variables.size() >= 2) return true;
+    ShowMessage("Select variables: Not enough variables");
+    return false;
+}
+
 void Register_gamma_commands() {
+    for (const Moment moment :
+         {Moment::workspace_reset, Moment::project_about_to_close, Moment::variables_changed})
+        At_moment(moment, "gammas of the project", [] { The_project_gammas = {}; });
     The_test_analyses.local_gammas = Local_gammas;
     The_test_analyses.homogeneity = Homogeneity;
-    The_test_analyses.pseudo_gamma = Pseudo_gamma;
     Register_command(
         {.keyword = "MAN",
          .run = MANTEL,
@@ -294,16 +181,6 @@ void Register_gamma_commands() {
              "Example: TAB SGC, HYP SG, MAN\n\n"
              "Refused without a table, without hypotheses, and when no hypothesis is on two\n"
              "binary variables."});
-    Register_command(
-        {.keyword = "PGA",
-         .run = PGAMMA,
-         .needs = {NeedsProject, {Names_variables, "Items have not been defined"}},
-         .activity = "Pseudo gamma",
-         .shows_kind_of_test = true,
-         .report = Report::opened,
-         .spelling = "PGAMMA",
-         .summary = "pseudo gamma: the order of nominal categories with the largest gamma",
-         .help = PseudoGammaHelp});
     Register_command(
         {.keyword = "KAP",
          .run = KAPPA,

@@ -20,6 +20,16 @@ struct GammaMatrix {
     }
 };
 
+/// The gammas of all pairs of project variables, as the last GAMMA found them.
+struct ProjectGammas {
+    static constexpr double None =
+        999;                       ///< where there is no gamma: nominal variables, the diagonal
+    std::vector<double> IJXgamma;  ///< of variables i and j, from 1: at (i-1) * N + j-1
+    bool ready = false;            ///< until the variables change
+};
+
+inline ProjectGammas The_project_gammas;
+
 /// `table_of(i, j)` gives the two-way table of two of them, from 0, i < j.
 GammaMatrix Gammas_of_pairs(const std::string& labels,
                             const std::function<TwoWayTable(std::size_t, std::size_t)>& table_of);

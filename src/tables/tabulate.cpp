@@ -107,6 +107,21 @@ Tabulation Tabulate(std::vector<TableVariable> variables, const std::vector<int>
     return result;
 }
 
+TwoWayTable Table_of_pair(int i, int j) {
+    const std::vector<TableVariable> variables = {Table_variable(The_project, i),
+                                                  Table_variable(The_project, j)};
+    const Tabulation tabulation = Tabulate(variables, {}, Table_source(Data_at_hand(), 2));
+    TwoWayTable counts(variables[0].DIM, variables[1].DIM);
+    if (!tabulation.ok) return counts;
+    for (int r = 1; r <= counts.rows; ++r)
+        for (int c = 1; c <= counts.columns; ++c) {
+            const int cell[] = {r, c};
+            counts(r, c) = Read_cell(tabulation.table, cell);
+        }
+    Fill_margins(counts);
+    return counts;
+}
+
 bool Tabulate_current_table(const TableRequest& request) {
     Dispose_current_table();
     const DataSource source =

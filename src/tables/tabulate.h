@@ -69,6 +69,10 @@ struct Tabulation {
 Tabulation Tabulate(std::vector<TableVariable> variables, const std::vector<int>& LevelEnd,
                     DataSource source);
 
+/// The table with margins of two project variables over the cases that have both; zeros when there
+/// are fewer than two such cases.
+TwoWayTable Table_of_pair(int i, int j);
+
 /// The variables of a table that is wanted, in the order of the table, and its blocks.
 struct TableRequest {
     std::vector<TableVariable> variables;

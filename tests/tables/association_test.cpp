@@ -85,9 +85,16 @@ TEST_F(Association, CommandsReportTheFigures) {
     Copy_example("titanic");
     const auto gammas = Run({"OPE titanic", "DIS O", "GAM M"});
     EXPECT_TRUE(Has_line_with(gammas, "S       .  -0.41   0.82")) << Joined(gammas);
+    ASSERT_TRUE(The_project_gammas.ready);
+    EXPECT_NEAR(The_project_gammas.IJXgamma[3], 0.820578980247, 1e-12) << "S and G";
+    EXPECT_NEAR(The_project_gammas.IJXgamma[12], 0.820578980247, 1e-12) << "G and S";
+    EXPECT_EQ(The_project_gammas.IJXgamma[1], ProjectGammas::None) << "C is nominal";
     const auto odds = Run({"TAB SCG", "HYP SG", "MAN"});
     EXPECT_TRUE(Has_line_with(odds, "10.807    8.23  14.19      2.380  0.139")) << Joined(odds);
     EXPECT_TRUE(Has_line_with(odds, "0.774")) << Joined(odds);
+    Copy_example("survey");
+    Run({"OPE survey", "Y"});
+    EXPECT_FALSE(The_project_gammas.ready) << "gammas of a project that is closed";
 }
 
 }  // namespace

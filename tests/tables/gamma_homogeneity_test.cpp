@@ -5,19 +5,15 @@
 #include <cmath>
 #include <random>
 
+#include "support/reference_figures.h"
 #include "support/session.h"
 #include "tables/distributions.h"
 
 namespace tarven {
 namespace {
 
-GammaSums Sums_of(std::initializer_list<int> cells) {
-    TwoWayTable table(2, 2);
-    auto cell = cells.begin();
-    for (int i = 1; i <= 2; ++i)
-        for (int j = 1; j <= 2; ++j) table(i, j) = *cell++;
-    Fill_margins(table);
-    const GammaRecord g = Gamma_of_table(table);
+GammaSums Sums_of(const std::vector<std::vector<int>>& rows) {
+    const GammaRecord g = Gamma_of_table(Table_of_rows(rows));
     return {.P = g.P, .Q = g.Q, .V = g.V};
 }
 
@@ -26,7 +22,7 @@ GammaSums Sums_of(std::initializer_list<int> cells) {
 // variance 128/256 = 0.5. The weights are 25/6 and 2, the estimate 0.8 (25/6)/(37/6) = 20/37 with
 // standard error sqrt(6/37), and X2 = u^2 = 0.8^2/(0.24 + 0.5).
 TEST(GammaHomogeneity, AgreesWithTheHandComputedExample) {
-    const std::vector<GammaSums> strata{Sums_of({3, 1, 1, 3}), Sums_of({2, 2, 2, 2})};
+    const std::vector<GammaSums> strata{Sums_of({{3, 1}, {1, 3}}), Sums_of({{2, 2}, {2, 2}})};
     const HomogeneityRecord record = Analysis_of_homogeneity(strata);
     ASSERT_TRUE(record.estimate.tested());
     EXPECT_NEAR(record.estimate.estimate, 20.0 / 37, 1e-12);
@@ -47,7 +43,7 @@ TEST(GammaHomogeneity, HasNoTestWithoutEveryVariance) {
     const auto outcome = [](std::vector<GammaSums> strata) {
         return Analysis_of_homogeneity(strata).estimate.outcome;
     };
-    const GammaSums some = Sums_of({3, 1, 1, 3}), none = Sums_of({4, 3, 0, 0});
+    const GammaSums some = Sums_of({{3, 1}, {1, 3}}), none = Sums_of({{4, 3}, {0, 0}});
     EXPECT_EQ(none.variance(), 0);
     EXPECT_EQ(outcome({some, none, some}), WeightedOutcome::incomplete);
     EXPECT_EQ(outcome({none, none}), WeightedOutcome::too_few);
@@ -56,7 +52,7 @@ TEST(GammaHomogeneity, HasNoTestWithoutEveryVariance) {
     EXPECT_EQ(outcome(std::vector<GammaSums>(40, some)), WeightedOutcome::done);
     EXPECT_EQ(outcome(std::vector<GammaSums>(41, some)), WeightedOutcome::too_many);
     const HomogeneityRecord certain =
-        Analysis_of_homogeneity(std::vector{Sums_of({5, 0, 0, 3}), Sums_of({0, 5, 3, 0})});
+        Analysis_of_homogeneity(std::vector{Sums_of({{5, 0}, {0, 3}}), Sums_of({{0, 5}, {3, 0}})});
     EXPECT_TRUE(certain.interaction()) << "gamma of 1 and of -1";
     EXPECT_EQ(certain.estimate.estimate, 0);
 }
@@ -107,13 +103,8 @@ TEST(FittedGamma, OfHomogeneousOddsRatiosIsTheObservedOne) {
     LocalHypothesis h{.X = {.label = 'X', .VTYPE = 3},
                       .Y = {.label = 'Y', .VTYPE = 3},
                       .Z = {{.label = 'Z', .VTYPE = 3}}};
-    const int counts[2][4] = {{40, 20, 20, 40}, {80, 10, 100, 50}};
-    for (int z = 1; z <= 2; ++z) {
-        TwoWayTable table(2, 2);
-        for (int n = 0; n < 4; ++n) table(n / 2 + 1, n % 2 + 1) = counts[z - 1][n];
-        Fill_margins(table);
-        h.slices.push_back({{z}, table});
-    }
+    h.slices = {{{1}, Table_of_rows({{40, 20}, {20, 40}})},
+                {{2}, Table_of_rows({{80, 10}, {100, 50}})}};
     RandomStream stream;
     DrawMemory memory;
     const LocalResult result = EXANALYSE(h, TestSettings{}, true, stream, memory);

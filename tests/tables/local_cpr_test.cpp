@@ -5,6 +5,7 @@
 #include <cmath>
 #include <random>
 
+#include "support/reference_figures.h"
 #include "tables/gamma.h"
 
 namespace tarven {
@@ -52,11 +53,8 @@ TEST(LocalTables, AtTheEdges) {
     EXPECT_EQ(Local_cpr(1, 4), 1);  // a root of 0 is 0
     EXPECT_EQ(Local_cpr(-1, 4), -1);
     EXPECT_EQ(Local_cpr(0, 4), 0);
-    TwoWayTable table(2, 3);  // columns 2 and 3 have no untied pair
-    table(1, 1) = 1;
-    table(2, 2) = 2;
-    table(2, 3) = 3;
-    Fill_margins(table);
+    // Columns 2 and 3 have no untied pair.
+    const TwoWayTable table = Table_of_rows({{1, 0, 0}, {0, 2, 3}});
     const LocalAnalysis analysis = Analysis_of_local_tables(table);
     EXPECT_FALSE(analysis.tables[2].defined);
     EXPECT_EQ(analysis.all.gamma, 1);
@@ -64,11 +62,7 @@ TEST(LocalTables, AtTheEdges) {
     EXPECT_FALSE(Analysis_of_local_tables(TwoWayTable(2, 2)).all.defined);
     // Neighbouring columns weigh 4^2 and 6^2, with values 1 and -1; columns 1 and 3 are not
     // defined.
-    TwoWayTable mixed(2, 3);
-    mixed(1, 1) = 2;
-    mixed(2, 2) = 2;
-    mixed(2, 3) = 0;
-    mixed(1, 3) = 4;
+    const TwoWayTable mixed = Table_of_rows({{2, 0, 4}, {0, 2, 0}});
     const LocalSummary mean = Analysis_of_local_tables(mixed).all;
     EXPECT_NEAR(mean.cpr, (16.0 - 36.0) / (16.0 + 36.0), 1e-12);
     EXPECT_NEAR(mean.gamma, (4.0 - 8.0) / (4.0 + 8.0), 1e-12);

@@ -7,7 +7,9 @@
 #include <numeric>
 #include <random>
 
+#include "support/reference_figures.h"
 #include "support/session.h"
+#include "tables/contingency_table.h"
 
 namespace tarven {
 namespace {
@@ -120,11 +122,8 @@ TEST(OrderSearch, FindsTheOrderOfShuffledCategoriesAgain) {
 }
 
 TEST(OrderSearch, TakesTheFirstOfEqualOrdersAndLeavesEmptyCategoriesOut) {
-    TwoWayTable table(2, 4);  // columns 1 and 4 are alike, 3 is empty
-    const int counts[2][4] = {{5, 1, 0, 5}, {2, 8, 0, 2}};
-    for (int i = 1; i <= 2; ++i)
-        for (int j = 1; j <= 4; ++j) table(i, j) = counts[i - 1][j - 1];
-    Fill_margins(table);
+    // Columns 1 and 4 are alike, 3 is empty.
+    const TwoWayTable table = Table_of_rows({{5, 1, 0, 5}, {2, 8, 0, 2}});
     OrderProblem problem = Categories_with_cases(std::vector{table});
     problem.permute_columns = true;
     EXPECT_EQ(problem.column_permutations(), 3);
@@ -158,9 +157,7 @@ TEST(PseudoGamma, PermutesNominalVariablesWithThreeCategoriesAndMore) {
     EXPECT_EQ(outcome(2, 17, 3, 2), PseudoGammaOutcome::too_many);
     EXPECT_EQ(outcome(17, 3, 3, 2), PseudoGammaOutcome::searched) << "the long one is ordinal";
     EXPECT_EQ(outcome(3, 9, 2, 2), PseudoGammaOutcome::too_many);
-    TwoWayTable one_row(2, 3);
-    one_row(1, 1) = one_row(1, 2) = one_row(1, 3) = 4;
-    Fill_margins(one_row);
+    const TwoWayTable one_row = Table_of_rows({{4, 4, 4}, {0, 0, 0}});
     EXPECT_EQ(Analyse_pseudo_gamma(Hypothesis_of({one_row}, 3, 2), settings).outcome,
               PseudoGammaOutcome::no_pairs);
     EXPECT_EQ(Analyse_pseudo_gamma(Hypothesis_of({TwoWayTable(2, 3)}, 3, 2), settings).outcome,
@@ -214,10 +211,8 @@ TEST(PseudoGamma, StartsItsOwnStreamAndEndsByTheRuleOrTheUser) {
     settings.SequentialTests = true;
     settings.SequentialLimit = 20;
     settings.SimBoundary = 1000;
-    TwoWayTable flat(3, 4);  // gamma 0: every random table counts
-    for (int i = 1; i <= 3; ++i)
-        for (int j = 1; j <= 4; ++j) flat(i, j) = 5;
-    Fill_margins(flat);
+    // Gamma 0: every random table counts.
+    const TwoWayTable flat = Table_of_rows({{5, 5, 5, 5}, {5, 5, 5, 5}, {5, 5, 5, 5}});
     EXPECT_EQ(Analyse_pseudo_gamma(Hypothesis_of({flat}, 3, 2), settings).simulation.counts.n, 20);
     const PseudoGammaAnalysis by_user = Analyse_pseudo_gamma(h, settings, [] { return true; });
     EXPECT_EQ(by_user.simulation.counts.n, 1);
@@ -226,11 +221,7 @@ TEST(PseudoGamma, StartsItsOwnStreamAndEndsByTheRuleOrTheUser) {
 
 TEST(PseudoGamma, CollapsesCategoriesThatPairsDoNotTellApart) {
     // Categories 2 and 3 have the same rows; 1 and 4 lie on either side.
-    TwoWayTable table(3, 4);
-    const int counts[3][4] = {{60, 30, 31, 5}, {20, 30, 30, 20}, {5, 30, 29, 70}};
-    for (int i = 1; i <= 3; ++i)
-        for (int j = 1; j <= 4; ++j) table(i, j) = counts[i - 1][j - 1];
-    Fill_margins(table);
+    const TwoWayTable table = Table_of_rows({{60, 30, 31, 5}, {20, 30, 30, 20}, {5, 30, 29, 70}});
     const PseudoGammaAnalysis analysis =
         Analyse_pseudo_gamma(Hypothesis_of({table}, 3, 2), TestSettings{});
     ASSERT_EQ(analysis.comparisons.size(), 1);
@@ -240,6 +231,36 @@ TEST(PseudoGamma, CollapsesCategoriesThatPairsDoNotTellApart) {
     EXPECT_EQ(analysis.columns_against, 0);
     const TwoWayTable collapsed = Regrouped(table, Single({1, 2, 3}), analysis.collapsed.columns);
     EXPECT_EQ(analysis.collapsed.gamma, Gamma_of_table(collapsed).gamma);
+}
+
+TEST(PseudoGamma, SaysWhyThereIsNoSearch) {
+    const TestSettings settings;
+    const auto lines = [&](int R, int C, int type_y) {
+        const LocalHypothesis h = Hypothesis_of({Ordinal_counts(R, C)}, 3, type_y);
+        return Pseudo_gamma_lines(h, Analyse_pseudo_gamma(h, settings), settings);
+    };
+    EXPECT_TRUE(Has_line_with(lines(2, 17, 2), "too many categories for this procedure:"));
+    EXPECT_TRUE(Has_line_with(lines(3, 3, 3), "Both variables are ordinal"));
+    EXPECT_TRUE(Has_line_with(lines(3, 3, 3), "Pseudo gamma: no permutations"));
+}
+
+struct PseudoGammaCommand : SessionTest {};
+
+TEST_F(PseudoGammaCommand, RecodesTheTableOnlyWhenTold) {
+    Copy_example("titanic");
+    Run({"OPE titanic", "TAB SG", "PGA CS", "N"});
+    EXPECT_EQ(The_table.table.labels(), "SG");
+    Run({"PGA CS"});
+    EXPECT_EQ(The_table.table.labels(), "SG") << "no answer is a no";
+    Run({"PGA CS", "Y"});
+    const ContingencyTable& table = The_table.table;
+    ASSERT_EQ(table.labels(), "CS");
+    EXPECT_EQ(table.DIM[1], 3);
+    EXPECT_EQ(table.VTYPE[1], 3);
+    EXPECT_EQ(table.variables[0].categories, (std::vector<std::string>{"Crew+3rd", "2nd", "1st"}));
+    const int cell[] = {1, 2}, total[] = {4, 3};
+    EXPECT_EQ(Read_cell(table, cell), 178 + 212);
+    EXPECT_EQ(Read_cell(table, total), 2201);
 }
 
 }  // namespace
