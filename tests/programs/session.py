@@ -26,7 +26,9 @@ def main():
     stored = session.with_suffix(".rep")
     with tempfile.TemporaryDirectory() as scratch:
         folder = pathlib.Path(scratch).resolve() / "session"
-        shutil.copytree(examples, folder)
+        # Not what somebody who opened an example has left there.
+        made = shutil.ignore_patterns("*.SYS", "*.TAB", "*.TMP", "*.REP")
+        shutil.copytree(examples, folder, ignore=made)
         for path in [folder, *folder.rglob("*")]:
             path.chmod(path.stat().st_mode | 0o200)
         shutil.copy(session, folder / session.name)

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <set>
 #include <sstream>
 
 #include "app/register.h"
@@ -72,8 +73,11 @@ std::vector<std::string> SessionTest::File_names() const {
 }
 
 void SessionTest::Copy_example(const std::string& name) {
+    // Not what somebody who opened the example has left there.
+    const std::set<std::string> kept = {".DEF", ".VAR", ".CAT", ".DAT"};
     for (const auto& entry : fs::directory_iterator(fs::path(TARVEN_EXAMPLES) / name))
-        fs::copy_file(entry.path(), folder / entry.path().filename());
+        if (kept.contains(entry.path().extension().string()))
+            fs::copy_file(entry.path(), folder / entry.path().filename());
 }
 
 bool Has_line_with(const std::vector<std::string>& lines, const std::string& text) {
