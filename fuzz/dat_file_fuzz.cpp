@@ -1,9 +1,12 @@
 // Records of the DAT file under definitions with a condition, a selection and decimal cut points.
-// However the bytes look, every code is 0..dim, and reading twice gives the same.
+// However the bytes look, every code is 0..dim, and the short road to the cases gives what reading
+// and recoding each record gives.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <iterator>
 #include <string>
+#include <vector>
 
 #include "project/data_files.h"
 #include "project/frequencies.h"
@@ -42,14 +45,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     LineReader file(text, "x.DAT");
     RecordCounts counts;
-    std::int64_t taken = 0;
+    std::vector<std::uint8_t> taken;
     const std::string error =
-        Read_DAT_cases(file, recoding, counts, [&](const std::uint8_t* codes, std::int32_t count) {
+        Read_DAT_cases(file, recoding, counts, [&](const std::uint8_t* codes, std::int32_t) {
             for (int v = 0; v < 3; ++v) Require(codes[v] <= 3);
-            taken += count;
+            taken.insert(taken.end(), codes, codes + 3);
             return true;
         });
-    Require(taken == counts.accepted && counts.accepted <= counts.read);
+    Require(std::ssize(taken) == 3 * counts.accepted && counts.accepted <= counts.read);
+    LineReader plain_file(text, "x.DAT");
+    std::vector<double> values;
+    std::vector<std::uint8_t> plain;
+    std::uint8_t codes[3];
+    while (Read_record(plain_file, definition.NTAL, values).ok)
+        if (Recode_record(recoding, values, codes)) plain.insert(plain.end(), codes, codes + 3);
+    Require(plain == taken);
     LineReader again(text, "x.DAT");
     const FrequenciesResult frequencies = Count_frequencies(definition, again, {1, 2, 3}, true);
     Require(frequencies.failure == error && frequencies.accepted == counts.accepted);

@@ -2,7 +2,11 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <cassert>
+
 #include "project/line_reader.h"
+#include "shell/limits.h"
 
 namespace tarven {
 
@@ -14,9 +18,17 @@ std::vector<int> Dimensions(const ProjectDefinition& definition) {
 }
 
 void Append_codes(std::string& line, const std::uint8_t* codes, int N) {
-    const std::size_t length = line.size();
-    line.resize(length + 4 * static_cast<std::size_t>(N));
-    char* at = line.data() + length;
+    assert(N <= MaxBigTableVariables);
+    char text[4 * MaxBigTableVariables];
+    if (std::all_of(codes, codes + N, [](std::uint8_t code) { return code < 10; })) {
+        for (int v = 0; v < N; ++v) {
+            text[2 * v] = static_cast<char>('0' + codes[v]);
+            text[2 * v + 1] = ' ';
+        }
+        line.append(text, 2 * static_cast<std::size_t>(N));
+        return;
+    }
+    char* at = text;
     for (int v = 0; v < N; ++v) {
         const unsigned code = codes[v];
         if (code >= 100) *at++ = static_cast<char>('0' + code / 100);
@@ -24,7 +36,7 @@ void Append_codes(std::string& line, const std::uint8_t* codes, int N) {
         *at++ = static_cast<char>('0' + code % 10);
         *at++ = ' ';
     }
-    line.resize(static_cast<std::size_t>(at - line.data()));
+    line.append(text, static_cast<std::size_t>(at - text));
 }
 
 std::string Read_codes(std::string_view line, const std::vector<int>& dims, std::uint8_t* codes,

@@ -34,12 +34,21 @@ std::string Read_DAT_cases(LineReader& file, const Recoding& recoding, RecordCou
     if (!file.opened()) return file.failure();
     if (!recoding.failure.empty()) return recoding.failure;
     std::vector<double> values;
+    CaseScratch scratch;
     std::array<std::uint8_t, 256> codes{};
+    std::string_view line;
     while (true) {
-        const RecordReading reading = Read_record(file, recoding.NTAL, values);
-        if (!reading.ok) return reading.error;
+        if (!file.Next(line))
+            return file.failure().empty() ? std::string() : "Error reading data: " + file.failure();
+        CaseReading one = Read_case(line, recoding, scratch, codes.data());
+        if (one == CaseReading::unusual) {
+            const RecordReading reading = Read_record(file, recoding.NTAL, values, &line);
+            if (!reading.ok) return reading.error;
+            one = Recode_record(recoding, values, codes.data()) ? CaseReading::taken
+                                                                : CaseReading::left_out;
+        }
         ++counts.read;
-        if (!Recode_record(recoding, values, codes.data())) continue;
+        if (one == CaseReading::left_out) continue;
         if (counts.accepted == std::numeric_limits<std::int32_t>::max())
             return At_line(file, "more cases than can be counted");
         ++counts.accepted;

@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <cassert>
+#include <utility>
 
 namespace tarven {
 
@@ -37,14 +38,35 @@ std::vector<Place> Places_of(const std::vector<int>& dims, std::size_t& words) {
     return places;
 }
 
-/// The finalizer of MurmurHash3 (Appleby, 2011, public domain): every bit of x reaches every bit.
-std::uint64_t Mixed(std::uint64_t x) {
-    x ^= x >> 33;
-    x *= 0xff51afd7ed558ccdULL;
-    x ^= x >> 33;
-    x *= 0xc4ceb9fe1a85ec53ULL;
-    x ^= x >> 33;
-    return x;
+constexpr std::size_t ChunkCases = 1u << 16;  // with its copy, half of a cache of one megabyte
+constexpr std::size_t FewKeys = 256;
+constexpr int MostDigitBits = 11;
+
+/// Ascending order of keys of W words, by the `bits` highest bits of each: counting sorts of one
+/// digit after another, the last word's first. What all keys share costs no pass.
+template <std::size_t W>
+void Sort_by_digits(std::vector<std::array<std::uint64_t, W>>& keys,
+                    std::vector<std::array<std::uint64_t, W>>& scratch,
+                    const std::array<int, W>& bits) {
+    scratch.resize(keys.size());
+    std::vector<std::uint32_t> place;
+    for (std::size_t word = W; word-- > 0;) {
+        if (bits[word] == 0) continue;
+        const int passes = (bits[word] + MostDigitBits - 1) / MostDigitBits;
+        const int width = (bits[word] + passes - 1) / passes;
+        const std::size_t digits = std::size_t{1} << width;
+        for (int pass = 0; pass < passes; ++pass) {
+            const int shift = std::max(0, 64 - bits[word]) + pass * width;
+            const auto digit = [&](const auto& key) { return key[word] >> shift & (digits - 1); };
+            place.assign(digits, 0);
+            for (const auto& key : keys) ++place[digit(key)];
+            if (place[digit(keys[0])] == keys.size()) continue;
+            std::uint32_t before = 0;
+            for (std::uint32_t& one : place) before += std::exchange(one, before);
+            for (const auto& key : keys) scratch[place[digit(key)]++] = key;
+            keys.swap(scratch);
+        }
+    }
 }
 
 }  // namespace
@@ -53,7 +75,7 @@ struct PatternCounter::Counts {
     explicit Counts(std::vector<Place> p) : places(std::move(p)) {}
     virtual ~Counts() = default;
     virtual void Add(const std::uint8_t* codes) = 0;
-    /// Counts what is pending.
+    /// Brings everything into one run.
     virtual void Settle() = 0;
     virtual std::int64_t Ncells() const = 0;
     virtual std::string Move_to(CellStore& store) = 0;
@@ -63,9 +85,10 @@ struct PatternCounter::Counts {
     bool overflowed = false;
 };
 
-/// Patterns of W words, in slots of open addressing; a count of 0 marks an empty slot. Cases wait
-/// in small batches between the fetching of their slots and the counting, since the slots of a
-/// large table are far away in memory.
+/// Patterns of W words. Cases are collected in a chunk; a full chunk is sorted and becomes a run,
+/// patterns in ascending order with their counts. Runs are merged as soon as one is not at least
+/// twice as long as the next, so they hold less than twice what the longest holds, and each case
+/// is merged a logarithmic number of times.
 template <std::size_t W>
 struct PatternCounter::CountsOfWords : PatternCounter::Counts {
     using Key = std::array<std::uint64_t, W>;
@@ -73,89 +96,134 @@ struct PatternCounter::CountsOfWords : PatternCounter::Counts {
         Key key;
         std::int32_t count;
     };
-    static constexpr std::size_t FirstSlots = 1u << 12;
-    static constexpr std::size_t Batch = 32;
+    /// Its memory may be longer than the run: it goes round from merge to merge, since fresh pages
+    /// cost more than the merge itself.
+    struct Run {
+        std::vector<Entry> memory;
+        std::size_t size = 0;
+    };
 
-    explicit CountsOfWords(std::vector<Place> p) : Counts(std::move(p)), slots(FirstSlots) {}
-
-    static std::uint64_t Hash(const Key& key) {
-        std::uint64_t hash = 0;
-        for (const std::uint64_t word : key) hash = Mixed(hash ^ word);
-        return hash;
+    explicit CountsOfWords(std::vector<Place> p) : Counts(std::move(p)) {
+        for (const Place& place : places) bits[place.word] = 64 - place.shift;
     }
 
     void Add(const std::uint8_t* codes) override {
         Key key{};
         for (const Place& place : places)
             key[place.word] |= static_cast<std::uint64_t>(*codes++) << place.shift;
-        keys[pending] = key;
-        hashes[pending] = Hash(key);
-        __builtin_prefetch(&slots[hashes[pending] & (slots.size() - 1)]);
-        if (++pending == Batch) Settle();
+        chunk.push_back(key);
+        if (chunk.size() == ChunkCases) Close_chunk();
+    }
+
+    /// As ==, which becomes a call of memcmp.
+    static bool Same(const Key& a, const Key& b) {
+        std::uint64_t differing = 0;
+        for (std::size_t w = 0; w < W; ++w) differing |= a[w] ^ b[w];
+        return differing == 0;
+    }
+
+    void Close_chunk() {
+        if (chunk.empty() || overflowed) {
+            chunk.clear();
+            return;
+        }
+        if (W > 2 || chunk.size() < FewKeys)
+            std::sort(chunk.begin(), chunk.end());
+        else
+            Sort_by_digits<W>(chunk, scratch, bits);
+        Run run = Memory_for(chunk.size());
+        Entry* const entries = run.memory.data();
+        for (const Key& key : chunk) {
+            if (run.size > 0 && Same(entries[run.size - 1].key, key))
+                ++entries[run.size - 1].count;
+            else
+                entries[run.size++] = {key, 1};
+        }
+        chunk.clear();
+        runs.push_back(std::move(run));
+        while (runs.size() > 1 && runs[runs.size() - 2].size < 2 * runs.back().size)
+            Merge_last_two();
+        Check_limit();
+    }
+
+    /// A run without entries that has room for `size`.
+    Run Memory_for(std::size_t size) {
+        Run run;
+        run.memory.swap(spare);
+        if (run.memory.size() < size) run.memory = std::vector<Entry>(size);
+        return run;
+    }
+
+    void Merge_last_two() {
+        Run b = std::move(runs.back());
+        runs.pop_back();
+        Run& a = runs.back();
+        Run merged = Memory_for(a.size + b.size);
+        Entry* out = merged.memory.data();
+        const Entry *x = a.memory.data(), *const x_end = x + a.size;
+        const Entry *y = b.memory.data(), *const y_end = y + b.size;
+        while (x != x_end && y != y_end) {
+            // Without a jump, which would be foreseen only half of the time.
+            const bool take_x = x->key <= y->key, take_y = y->key <= x->key;
+            *out = take_x ? *x : *y;
+            if (take_x && take_y) out->count += y->count;
+            ++out;
+            x += take_x;
+            y += take_y;
+        }
+        out = std::copy(y, y_end, std::copy(x, x_end, out));
+        merged.size = static_cast<std::size_t>(out - merged.memory.data());
+        spare.swap(a.memory.size() > b.memory.size() ? a.memory : b.memory);
+        a = std::move(merged);
+    }
+
+    void Check_limit() {
+        if (Cells_fit(static_cast<std::int64_t>(runs.back().size), N())) return;
+        overflowed = true;
+        runs.clear();
     }
 
     void Settle() override {
-        for (std::size_t k = 0; k < pending; ++k) Count(keys[k], hashes[k]);
-        pending = 0;
-    }
-
-    void Count(const Key& key, std::uint64_t hash) {
-        const std::size_t mask = slots.size() - 1;
-        std::size_t slot = hash & mask;
-        for (; slots[slot].count != 0; slot = (slot + 1) & mask)
-            if (slots[slot].key == key) {
-                ++slots[slot].count;
-                return;
-            }
-        if (!Cells_fit(Ncells() + 1, N())) {
-            overflowed = true;
-            return;
+        Close_chunk();
+        while (runs.size() > 1) {
+            Merge_last_two();
+            Check_limit();
         }
-        slots[slot] = {key, 1};
-        if (2 * ++used > slots.size()) Grow();
+        chunk = {};
+        scratch = {};
+        spare = {};
     }
 
-    void Grow() {
-        const std::vector<Entry> old = std::move(slots);
-        slots = std::vector<Entry>(2 * old.size());
-        const std::size_t mask = slots.size() - 1;
-        for (const Entry& entry : old) {
-            if (entry.count == 0) continue;
-            std::size_t slot = Hash(entry.key) & mask;
-            while (slots[slot].count != 0) slot = (slot + 1) & mask;
-            slots[slot] = entry;
-        }
+    std::int64_t Ncells() const override {
+        return runs.empty() ? 0 : static_cast<std::int64_t>(runs.back().size);
     }
-
-    std::int64_t Ncells() const override { return static_cast<std::int64_t>(used); }
 
     std::string Move_to(CellStore& store) override {
         Settle();
-        std::vector<Entry> entries = std::move(slots);
-        slots = std::vector<Entry>(FirstSlots);
-        std::erase_if(entries, [](const Entry& entry) { return entry.count == 0; });
-        std::sort(entries.begin(), entries.end(),
-                  [](const Entry& a, const Entry& b) { return a.key < b.key; });
-        const std::string failure = Init_TABdata(store, Ncells(), N());
-        used = 0;
+        const std::string failure =
+            overflowed ? "Failure initializing TABdata" : Init_TABdata(store, Ncells(), N());
+        const Run run = runs.empty() ? Run() : std::move(runs.back());
+        runs.clear();
         overflowed = false;
-        if (!failure.empty()) return failure;
+        if (!failure.empty()) {
+            Dispose_TABdata(store);
+            return failure;
+        }
         std::uint8_t* code = store.codes.data();
-        std::size_t cell = 0;
-        for (const Entry& entry : entries) {
+        for (std::size_t k = 0; k < run.size; ++k) {
+            const Entry& entry = run.memory[k];
             for (const Place& place : places)
                 *code++ =
                     static_cast<std::uint8_t>(entry.key[place.word] >> place.shift) & place.mask;
-            store.counts[cell++] = entry.count;
+            store.counts[k] = entry.count;
         }
         return {};
     }
 
-    std::vector<Entry> slots;  ///< a power of two, at most half of them used
-    std::size_t used = 0;
-    std::array<Key, Batch> keys{};
-    std::array<std::uint64_t, Batch> hashes{};
-    std::size_t pending = 0;
+    std::array<int, W> bits{};  ///< used of each word, its highest
+    std::vector<Key> chunk, scratch;
+    std::vector<Run> runs;
+    std::vector<Entry> spare;
 };
 
 PatternCounter::PatternCounter(const std::vector<int>& dims) {

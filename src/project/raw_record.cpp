@@ -3,8 +3,11 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 #include "shell/limits.h"
 #include "shell/numbers.h"
@@ -70,6 +73,37 @@ WordKind Read_word(const char*& at, const char* const end, double& value) {
     return WordKind::number;
 }
 
+/// Bit k: byte k of the eight is neither a blank nor a tab.
+std::uint64_t Nonblank_bytes(const char* at) {
+    static_assert(std::endian::native == std::endian::little);
+    constexpr std::uint64_t ones = 0x0101010101010101, sevens = 0x7F7F7F7F7F7F7F7F;
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, at, 8);
+    // The top bit of each byte of x that is not 0, without a carry between bytes.
+    const auto nonzero = [](std::uint64_t x) { return ((x & sevens) + sevens) | x; };
+    const std::uint64_t marks = nonzero(bytes ^ ones * ' ') & nonzero(bytes ^ ones * '\t');
+    return ((marks >> 7 & ones) * 0x0102040810204080) >> 56;
+}
+
+/// Marks the characters of words; false when a word is longer than 15 characters.
+bool Mark_words(std::string_view line, std::vector<std::uint64_t>& nonblank) {
+    nonblank.assign(line.size() / 64 + 1, 0);
+    std::size_t k = 0;
+    for (; k + 8 <= line.size(); k += 8)
+        nonblank[k / 64] |= Nonblank_bytes(line.data() + k) << k % 64;
+    for (; k < line.size(); ++k) nonblank[k / 64] |= std::uint64_t{!Is_blank(line[k])} << k % 64;
+    int before = 0;  // characters of the word at the end of the part before
+    for (const std::uint64_t part : nonblank) {
+        std::uint64_t runs = part & part >> 1;
+        runs &= runs >> 2;
+        runs &= runs >> 4;
+        runs &= runs >> 8;
+        if (runs != 0 || before + std::countr_one(part) > 15) return false;
+        before = std::countl_one(part);
+    }
+    return true;
+}
+
 std::uint8_t Code_of(const Recoding::Column& variable, double x) {
     if (variable.cuts.empty() || x < variable.lowest || x > variable.cuts.back()) return 0;
     std::size_t c = 0;
@@ -84,6 +118,41 @@ bool Selected(const ValueSelection& selection, double value) {
                        [&](std::int32_t accepted) { return accepted == rounded; });
 }
 
+/// Most raw values are small whole numbers, whose codes were looked up once.
+std::uint8_t Looked_up_code(const Recoding::Column& variable, double x) {
+    if (x >= 0 && x < Recoding::LookedUp) {
+        const auto whole = static_cast<std::size_t>(x);
+        if (static_cast<double>(whole) == x) return variable.code_of_whole[whole];
+    }
+    return Code_of(variable, x);
+}
+
+bool Passes(const Recoding& recoding, const std::vector<double>& values) {
+    for (const ValueSelection& selection : recoding.selections)
+        if (!Selected(selection, values[static_cast<std::size_t>(selection.column)])) return false;
+    for (const RangeCondition& condition : recoding.conditions) {
+        const double value = values[static_cast<std::size_t>(condition.column)];
+        if (!(condition.lower <= value && value <= condition.upper)) return false;
+    }
+    return true;
+}
+
+/// Fills `use` and `valued`.
+void Set_uses(Recoding& recoding) {
+    recoding.use.assign(static_cast<std::size_t>(recoding.NTAL) + 1, Recoding::Unused);
+    const auto use = [&](int column) -> std::int16_t& {
+        return recoding.use[static_cast<std::size_t>(column)];
+    };
+    for (const ValueSelection& s : recoding.selections) use(s.column) = Recoding::Valued;
+    for (const RangeCondition& c : recoding.conditions) use(c.column) = Recoding::Valued;
+    for (std::size_t v = 0; v < recoding.variables.size(); ++v) {
+        std::int16_t& one = use(recoding.variables[v].number);
+        one = one == Recoding::Unused ? static_cast<std::int16_t>(v + 1) : Recoding::Valued;
+    }
+    for (std::size_t v = 0; v < recoding.variables.size(); ++v)
+        if (use(recoding.variables[v].number) == Recoding::Valued) recoding.valued.push_back(v);
+}
+
 /// Why records of NTAL values cannot be read; empty when they can.
 std::string Failure_of_length(int NTAL) {
     if (NTAL < 1) return fmt::format("Error reading data: {} variables in a record", NTAL);
@@ -94,7 +163,8 @@ std::string Failure_of_length(int NTAL) {
 
 }  // namespace
 
-RecordReading Read_record(LineReader& file, int NTAL, std::vector<double>& values) {
+RecordReading Read_record(LineReader& file, int NTAL, std::vector<double>& values,
+                          const std::string_view* first_line) {
     if (const std::string failure = Failure_of_length(NTAL); !failure.empty())
         return Failed(failure);
     values.resize(static_cast<std::size_t>(NTAL) + 1);
@@ -102,7 +172,9 @@ RecordReading Read_record(LineReader& file, int NTAL, std::vector<double>& value
     std::string_view line;
     std::string_view unreadable;
     while (count < NTAL) {
-        if (!file.Next(line)) {
+        if (first_line) {
+            line = *std::exchange(first_line, nullptr);
+        } else if (!file.Next(line)) {
             if (!file.failure().empty()) return Failed("Error reading data: " + file.failure());
             if (count == 0) return {.ok = false, .at_end = true, .error = {}};
             return Failed(fmt::format("Error reading data: Missing records ({})", file.Place()));
@@ -164,31 +236,63 @@ Recoding Make_recoding(const ProjectDefinition& definition) {
             column.code_of_whole[x] = Code_of(column, static_cast<double>(x));
         recoding.variables.push_back(std::move(column));
     }
+    if (recoding.failure.empty()) Set_uses(recoding);
     return recoding;
 }
 
 bool Recode_record(const Recoding& recoding, const std::vector<double>& values,
                    std::uint8_t* codes) {
     std::fill_n(codes, recoding.variables.size(), std::uint8_t{0});
-    for (const ValueSelection& selection : recoding.selections)
-        if (!Selected(selection, values[static_cast<std::size_t>(selection.column)])) return false;
-    for (const RangeCondition& condition : recoding.conditions) {
-        const double value = values[static_cast<std::size_t>(condition.column)];
-        if (!(condition.lower <= value && value <= condition.upper)) return false;
-    }
-    for (const Recoding::Column& variable : recoding.variables) {
-        const double x = values[static_cast<std::size_t>(variable.number)];
-        // Most raw values are small whole numbers, whose codes were looked up once.
-        if (x >= 0 && x < Recoding::LookedUp) {
-            const auto whole = static_cast<std::size_t>(x);
-            if (static_cast<double>(whole) == x) {
-                *codes++ = variable.code_of_whole[whole];
+    if (!Passes(recoding, values)) return false;
+    for (const Recoding::Column& variable : recoding.variables)
+        *codes++ = Looked_up_code(variable, values[static_cast<std::size_t>(variable.number)]);
+    return true;
+}
+
+CaseReading Read_case(std::string_view line, const Recoding& recoding, CaseScratch& scratch,
+                      std::uint8_t* codes) {
+    // A number of up to 15 characters can be converted, so a word that is not used means nothing.
+    if (!Mark_words(line, scratch.nonblank)) return CaseReading::unusual;
+    scratch.values.resize(recoding.use.size());
+    const char* const end = line.data() + line.size();
+    const std::size_t most = recoding.use.size() - 1;
+    std::size_t count = 0;
+    std::uint64_t before = 0;  // whether a word runs on from the part before
+    for (std::size_t part = 0; part < scratch.nonblank.size(); ++part) {
+        const std::uint64_t nonblank = scratch.nonblank[part];
+        std::uint64_t starts = nonblank & ~(nonblank << 1 | before);
+        before = nonblank >> 63;
+        for (; starts != 0; starts &= starts - 1) {
+            if (count == most) return CaseReading::unusual;
+            const std::int16_t use = recoding.use[++count];
+            if (use == Recoding::Unused) continue;
+            const char* at = line.data() + 64 * part + std::countr_zero(starts);
+            // Most words of categorical data are one digit.
+            const unsigned digit = static_cast<unsigned char>(*at) - unsigned{'0'};
+            const bool one_digit = digit <= 9 && (end - at == 1 || Is_blank(at[1]));
+            if (one_digit && use > 0) {
+                const auto v = static_cast<std::size_t>(use - 1);
+                codes[v] = recoding.variables[v].code_of_whole[digit];
                 continue;
             }
+            double value = NotANumber;
+            if (Read_word(at, end, value) == WordKind::unreadable) return CaseReading::unusual;
+            if (use > 0) {
+                const auto v = static_cast<std::size_t>(use - 1);
+                codes[v] = Looked_up_code(recoding.variables[v], value);
+            } else {
+                scratch.values[count] = value;
+            }
         }
-        *codes++ = Code_of(variable, x);
     }
-    return true;
+    if (count < most) return CaseReading::unusual;
+    if (!Passes(recoding, scratch.values)) return CaseReading::left_out;
+    for (const std::size_t v : recoding.valued) {
+        const Recoding::Column& variable = recoding.variables[v];
+        codes[v] =
+            Looked_up_code(variable, scratch.values[static_cast<std::size_t>(variable.number)]);
+    }
+    return CaseReading::taken;
 }
 
 }  // namespace tarven

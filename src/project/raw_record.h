@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "project/line_reader.h"
@@ -26,7 +27,9 @@ struct RecordReading {
 /// values[1..NTAL] (values is made NTAL+1 long). A comma is a decimal point. A number is an
 /// optional sign and digits with at most one point; every other word has the value NotANumber.
 /// Blank lines between and behind records mean nothing. A record must end where a line ends.
-RecordReading Read_record(LineReader& file, int NTAL, std::vector<double>& values);
+/// `first_line`, when given, has been taken from the file already.
+RecordReading Read_record(LineReader& file, int NTAL, std::vector<double>& values,
+                          const std::string_view* first_line = nullptr);
 
 /// The variables, conditions and selections of a project laid out for reading many records.
 struct Recoding {
@@ -41,6 +44,11 @@ struct Recoding {
     std::vector<Column> variables;  ///< [0..N-1]
     std::vector<RangeCondition> conditions;
     std::vector<ValueSelection> selections;
+    /// What Read_case does with the word of a column: nothing, it is the code of the one variable
+    /// that has this number, or its value is needed. [1..NTAL]
+    std::vector<std::int16_t> use;
+    static constexpr std::int16_t Unused = 0, Valued = -1;
+    std::vector<std::size_t> valued;  ///< variables that are coded from values, [0..N-1]
     /// Why these definitions cannot read a record: NTAL out of range, or a column outside the
     /// record. Empty when they can.
     std::string failure;
@@ -56,5 +64,23 @@ Recoding Make_recoding(const ProjectDefinition& definition);
 /// failure.
 bool Recode_record(const Recoding& recoding, const std::vector<double>& values,
                    std::uint8_t* codes);
+
+/// The short road from a line to the codes of a case.
+enum class CaseReading : std::uint8_t {
+    taken,     ///< the codes stand
+    left_out,  ///< by a condition or selection
+    unusual    ///< not one whole record of short words: Read_record must look at the line
+};
+
+/// Memory of Read_case.
+struct CaseScratch {
+    std::vector<double> values;           ///< of the columns that need one
+    std::vector<std::uint64_t> nonblank;  ///< of the line: bit k % 64 of [k / 64] is character k
+};
+
+/// Reads and recodes a record that fills one line, as Read_record and Recode_record do together,
+/// without a value for what needs none.
+CaseReading Read_case(std::string_view line, const Recoding& recoding, CaseScratch& scratch,
+                      std::uint8_t* codes);
 
 }  // namespace tarven

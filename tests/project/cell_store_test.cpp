@@ -49,7 +49,7 @@ TEST(PatternCounter, GivesTheStoreOfTheInsertion) {
         for (std::size_t v = 0; v < N; ++v)
             dims.push_back(2 + static_cast<int>(random() % static_cast<unsigned>(top - 1)));
         std::vector<Pattern> cases;
-        for (int k = 0; k < 400; ++k) {
+        for (int k = 0; k < (round % 8 == 0 ? 3000 : 400); ++k) {
             if (!cases.empty() && random() % 3 == 0) {
                 Pattern near = cases[random() % cases.size()];
                 const std::size_t v = random() % N;
@@ -81,14 +81,17 @@ TEST(PatternCounter, HoldsExactlyTheLimitOfCodes) {
     };
     const std::int64_t most = MaxDataBytes / N;
     ASSERT_EQ(most * N, 19650000);
+    PatternCounter one_more(std::vector<int>(N, 57));
     for (std::int64_t k = most; k > 0; --k) counter.Add(pattern(k));
+    for (std::int64_t k = most + 1; k > 0; --k) one_more.Add(pattern(k));
+    CellStore store;
+    EXPECT_TRUE(one_more.Overflowed());
+    one_more.Add(pattern(1));
+    EXPECT_EQ(one_more.Move_to(store), "Failure initializing TABdata");
+    EXPECT_EQ(store, CellStore());
     EXPECT_FALSE(counter.Overflowed());
     counter.Add(pattern(most));  // a known pattern needs no room
     EXPECT_FALSE(counter.Overflowed());
-    counter.Add(pattern(most + 1));
-    EXPECT_TRUE(counter.Overflowed());
-    pattern(most);
-    CellStore store;
     ASSERT_EQ(counter.Move_to(store), "");
     EXPECT_EQ(store.Ncells(), most);
     EXPECT_EQ(store.Ntabdata_arrays, 30);
@@ -104,10 +107,10 @@ TEST(PatternCounter, HoldsExactlyTheLimitOfCells) {
         return codes;
     };
     for (std::int64_t k = 0; k < MaxTableCells; ++k) counter.Add(pattern(k));
+    EXPECT_EQ(counter.Ncells(), MaxTableCells);
     EXPECT_FALSE(counter.Overflowed());
     counter.Add(pattern(MaxTableCells));
     EXPECT_TRUE(counter.Overflowed());
-    EXPECT_EQ(counter.Ncells(), MaxTableCells);
 }
 
 TEST(CellStore, CountsItsArraysExactly) {

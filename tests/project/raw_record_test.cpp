@@ -6,6 +6,7 @@
 #include <random>
 #include <set>
 
+#include "project/data_files.h"
 #include "support/definitions.h"
 
 namespace tarven {
@@ -129,6 +130,72 @@ TEST(Recoding, FollowsCutPointsConditionsAndSelections) {
     EXPECT_EQ(codes(1, 1, 20, 3.5), (Row{0, 0, 0}));
     EXPECT_EQ(codes(1, 1, 20, 1e300), (Row{0, 0, 0}));
     EXPECT_EQ(codes(1, 1, 15, 2), (Row{0, 0, 0}));
+}
+
+/// Cases by Read_record and Recode_record alone, and how the file ends.
+std::string Plain_cases(std::string_view text, const Recoding& recoding,
+                        std::vector<std::vector<int>>& cases) {
+    LineReader file(text, "x.DAT");
+    std::vector<double> values;
+    std::vector<std::uint8_t> codes(static_cast<std::size_t>(recoding.N()));
+    while (true) {
+        const RecordReading reading = Read_record(file, recoding.NTAL, values);
+        if (!reading.ok) return reading.error;
+        if (Recode_record(recoding, values, codes.data()))
+            cases.emplace_back(codes.begin(), codes.end());
+    }
+}
+
+TEST(Recoding, ReadsCasesByTheShortRoadAsByThePlainOne) {
+    std::mt19937 random(9);
+    const auto pick = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    const char* const words[] = {"1",
+                                 "2",
+                                 "3",
+                                 "0",
+                                 "2.5",
+                                 "1,5",
+                                 "-1",
+                                 "17",
+                                 "NA",
+                                 ".",
+                                 "+2",
+                                 "00000000000002",
+                                 "0000000000000000000001",
+                                 "1234567890123456",
+                                 "nan",
+                                 "2 ",
+                                 "1\t",
+                                 "-0",
+                                 "99.99",
+                                 "a"};
+    for (int round = 0; round < 400; ++round) {
+        ProjectDefinition definition = Definition_of_dims({3, 2, 3});
+        definition.NTAL = 5;
+        for (std::size_t v = 1; v <= 3; ++v) definition.variables[v].VARNO = 1 + pick(5);
+        if (pick(3) == 0) definition.conditions = {{.column = 1 + pick(5), .lower = 1, .upper = 2}};
+        if (pick(3) == 0) definition.selections = {{.column = 1 + pick(5), .values = {1, 2, 3}}};
+        std::string text;
+        for (int k = pick(60); k > 0; --k) {
+            text += words[pick(pick(4) == 0 ? 20 : 4)];
+            text += k % 5 == 1 && pick(12) > 0 ? "\n"
+                    : pick(9) > 0              ? " "
+                    : pick(2) > 0              ? "  "
+                                               : "\n";
+        }
+        const Recoding recoding = Make_recoding(definition);
+        std::vector<std::vector<int>> plain, found;
+        const std::string error = Plain_cases(text, recoding, plain);
+        LineReader file(text, "x.DAT");
+        RecordCounts counts;
+        EXPECT_EQ(Read_DAT_cases(file, recoding, counts,
+                                 [&](const std::uint8_t* codes, std::int32_t) {
+                                     found.emplace_back(codes, codes + 3);
+                                     return true;
+                                 }),
+                  error);
+        EXPECT_EQ(found, plain) << text;
+    }
 }
 
 TEST(Recoding, RefusesColumnsOutsideTheRecord) {
