@@ -73,6 +73,11 @@ void StratumSampler::Prepare() {
     tied_ = margins_.total * margins_.total - Sum_of_squares(margins_.row) -
             Sum_of_squares(margins_.column);
     factor_ = static_cast<double>(Statistic_factor(rule_));
+    const auto with_cases = [](const std::vector<std::int64_t>& margin) {
+        return std::count_if(margin.begin(), margin.end() - 1, [](auto n) { return n > 0; });
+    };
+    draws_are_constant_ = with_cases(margins_.row) == 1;
+    for (auto k = with_cases(margins_.column); k > 0; --k) all_draws_.Add_draw();
     const auto N = static_cast<double>(margins_.total);
     std::size_t first = 0;
     for (const std::int64_t row : margins_.row)
@@ -271,7 +276,8 @@ StratumReplicate StratumSampler::Draw(RandomStream& stream) {
     if (link == 0) return Grow(stream);
     const Outcome& outcome = outcomes_[static_cast<std::size_t>(-link - 1)];
     last_outcome_ = -link;
-    stream.word = outcome.jump(word);
+    // Where the end of the walk is known before, the next stratum need not wait for this one.
+    stream.word = draws_are_constant_ ? all_draws_(stream.word) : outcome.jump(word);
     return outcome.replicate;
 }
 

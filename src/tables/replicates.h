@@ -118,6 +118,10 @@ class StratumSampler {
 
     std::int32_t last_outcome_ = 0;  ///< n: the last table was outcome n-1; 0: it stands in cells_
 
+    /// With one random row every column with cases takes a number, whatever was drawn before.
+    bool draws_are_constant_ = false;
+    StreamJump all_draws_;  ///< over them
+
     std::int64_t tied_ = 0;     ///< P without the part of the cells, in pairs counted twice
     double factor_ = 1;         ///< of the statistic
     std::vector<Terms> terms_;  ///< by cell
