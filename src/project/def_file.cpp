@@ -1,5 +1,7 @@
 #include "project/def_file.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <string_view>
 
@@ -33,6 +35,15 @@ bool Is_keyword_line(const std::string& line, Section& section) {
     else
         return false;
     return true;
+}
+
+/// A file that is none of these would bury its first messages under thousands.
+void Cut_messages(std::vector<std::string>& messages) {
+    constexpr std::size_t most = 20;
+    if (messages.size() <= most) return;
+    const std::size_t left = messages.size() - most;
+    messages.resize(most);
+    messages.push_back(fmt::format("and {} more lines with errors", left));
 }
 
 void Read_condition(const std::string& line, DefFile& def) {
@@ -129,6 +140,7 @@ DefFile Read_DEF_file(const std::vector<std::string>& file) {
                 break;
         }
     }
+    Cut_messages(def.messages);
     return def;
 }
 

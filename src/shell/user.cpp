@@ -28,6 +28,13 @@ std::optional<Answer> Answer_from_stream(bool with_cancel) {
     return answer;
 }
 
+/// Beside the report, which is the same whoever answers. At the end of the stream nobody is left
+/// who could have meant to answer.
+void Tell_unanswered(const std::string& question) {
+    if (The_user.user.show_message && Peek_line())
+        The_user.user.show_message(question + " No: the next line is no answer");
+}
+
 void Draw_progress() {
     if (!The_user.user.progress) return;
     const std::int64_t interval = The_user.progress_end / ProgressDraws + 1;
@@ -45,7 +52,9 @@ void ShowMessage(const std::string& text) {
 
 bool AskYesNo_always(const std::string& text) {
     if (The_user.user.ask_yes_no) return The_user.user.ask_yes_no(text).value_or(false);
-    return Answer_from_stream(false) == Answer::yes;
+    const std::optional<Answer> answer = Answer_from_stream(false);
+    if (!answer) Tell_unanswered(text);
+    return answer == Answer::yes;
 }
 
 bool AskYesNo(const std::string& text) {
@@ -67,7 +76,9 @@ Answer AskYesNoCancel(const std::string& text) {
         if (!answer) return Answer::cancel;
         return *answer ? Answer::yes : Answer::no;
     }
-    return Answer_from_stream(true).value_or(Answer::no);
+    const std::optional<Answer> answer = Answer_from_stream(true);
+    if (!answer) Tell_unanswered(text);
+    return answer.value_or(Answer::no);
 }
 
 std::string AskUser(const std::string& caption, const std::string& prompt,

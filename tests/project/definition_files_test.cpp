@@ -50,6 +50,13 @@ TEST(DefFile, WithoutAnythingButTheLengthUsesAllCases) {
     EXPECT_FALSE(def.definition_parameters);
 }
 
+TEST(DefFile, TellsTheFirstErrorsOfAFileThatIsNone) {
+    std::vector<std::string> lines(3000, "no definition");
+    const DefFile def = Read_DEF_file(lines);
+    ASSERT_EQ(def.messages.size(), 21u);
+    EXPECT_EQ(def.messages.back(), "and 2980 more lines with errors");
+}
+
 TEST(DefFile, TellsLinesInErrorAndKeepsTheOthers) {
     const DefFile def = Read_DEF_file({"3", "4 1 2", "1 5 2", "1 x 2", "2 0 1", "SELECT", "1.5 2",
                                        "1", "0 1", "1 2.5", "2 99999999999", "3 1"});
