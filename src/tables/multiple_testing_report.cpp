@@ -99,6 +99,12 @@ std::vector<std::string> Pairwise_comparison_lines(const PairwiseComparison& c,
             lines.push_back(line);
         }
     }
+    for (int g = 1; g <= c.groups; ++g)  // a guard: every group has a class
+        if (std::none_of(c.classes.begin(), c.classes.end(), [&](const std::vector<int>& one) {
+                return std::count(one.begin(), one.end(), g) > 0;
+            }))
+            lines.push_back(
+                fmt::format("Collapsed group was not identified for grp no. {}", number(g)));
     if (!c.rejected_for_coherence.empty())
         lines.push_back("The following equivalence hypotheses were rejected due to coherence:");
     for (const ComparedPair& pair : c.rejected_for_coherence)

@@ -96,7 +96,7 @@ Lines Significance_lines(const PseudoGammaAnalysis& analysis) {
         lines = {"    p = " + Field(analysis.asymptotic.p, 6, 4) +
                  " as if the order had not been chosen by the data; EXACT gives a valid p"};
     } else {
-        lines = {"    p = " + Field(analysis.asymptotic.p, 6, 4)};
+        lines = {"    p = " + Field(analysis.asymptotic.p, 6, 4) + " (asymptotic)"};
     }
     if (analysis.two_factor)
         lines.push_back("    Test against two-factor alternative:  LR = " +

@@ -39,6 +39,21 @@ TEST(GammaHomogeneity, AgreesWithTheHandComputedExample) {
     EXPECT_NEAR(record.estimate.groups[1].residual, -record.u, 1e-12);
 }
 
+// Survival by sex on the Titanic, a class a stratum: every cell compared with every other in
+// R 4.2.2.
+TEST(GammaHomogeneity, AgreesWithFiguresFromR) {
+    const HomogeneityRecord record = Analysis_of_homogeneity(
+        std::vector{Sums_of({{118, 62}, {4, 141}}), Sums_of({{154, 25}, {13, 93}}),
+                    Sums_of({{422, 88}, {106, 90}}), Sums_of({{670, 192}, {3, 20}})});
+    EXPECT_NEAR(record.strata[2].sums.gamma(), 0.60564809334573, 1e-13);
+    EXPECT_NEAR(record.strata[2].sums.variance(), 0.00741905388341, 1e-13);
+    EXPECT_NEAR(record.estimate.estimate, 0.89346589592988, 1e-12);
+    EXPECT_NEAR(record.estimate.se, 0.03765453304481, 1e-13);
+    EXPECT_NEAR(record.estimate.X2, 13.88008687464514, 1e-10);
+    EXPECT_NEAR(record.estimate.p, 0.00307300312819, 1e-12);
+    EXPECT_TRUE(record.interaction());
+}
+
 TEST(GammaHomogeneity, HasNoTestWithoutEveryVariance) {
     const auto outcome = [](std::vector<GammaSums> strata) {
         return Analysis_of_homogeneity(strata).estimate.outcome;

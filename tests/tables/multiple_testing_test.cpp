@@ -7,6 +7,7 @@
 #include <random>
 
 #include "support/reference_figures.h"
+#include "support/session.h"
 
 namespace tarven {
 namespace {
@@ -101,6 +102,21 @@ TEST(CompareGroups, AnAcceptedPairYieldsToTheCloserOne) {
     EXPECT_EQ(c.classes, (std::vector<std::vector<int>>{{1}, {2, 3}}));
     EXPECT_EQ(c.rejected, (std::vector<ComparedPair>{{1, 3, 0.001}}));
     EXPECT_EQ(c.rejected_for_coherence, (std::vector<ComparedPair>{{1, 2, 0.2}}));
+}
+
+TEST(CompareGroups, ReportsClassesAndThePairsThatCoherenceRejects) {
+    const auto reported = [](const PairwiseComparison& c, const std::string& text) {
+        return Has_line_with(Pairwise_comparison_lines(c, {7, 8, 9}), text);
+    };
+    PairwiseComparison c = Compare_groups(3, std::vector<double>{0.2, 0.001, 0.6});
+    EXPECT_TRUE(reported(c, "  7 and 9 p = 0.0010"));
+    EXPECT_TRUE(reported(c, "  8 9"));
+    EXPECT_TRUE(reported(c, "  7 & 8  p = 0.2000"));
+    EXPECT_FALSE(reported(c, "Collapsed group was not identified"));
+    c.classes.pop_back();
+    EXPECT_TRUE(reported(c, "Collapsed group was not identified for grp no. 9"));
+    EXPECT_TRUE(reported(Compare_groups(3, std::vector<double>(3, 0.001)),
+                         "No collaps after adjustment for coherence"));
 }
 
 TEST(CollectPValues, TakesTestedRowsAndTheGammaOfThoseThatHaveOne) {
