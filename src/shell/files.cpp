@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 #include <system_error>
+#include <vector>
 
 #include "shell/text.h"
 #include "shell/words.h"
@@ -23,6 +24,41 @@ std::string Failure_text(const fs::path& path, std::string_view what, int error_
                        std::strerror(error_number));
 }
 
+/// The name in capitals, those of Latin-1 included; a name with other letters only has its ASCII
+/// ones changed.
+std::string Folded_name(const fs::path& path) {
+    const std::string bytes = path.filename().string();
+    std::string name = To_latin1(bytes);
+    if (To_utf8(name) != bytes) return Upper(bytes);
+    for (char& c : name) {
+        const auto code = static_cast<unsigned char>(c);
+        const bool small = code >= 0xE0 && code <= 0xFE && code != 0xF7;
+        c = small ? static_cast<char>(code - 0x20) : Upper(c);
+    }
+    return name;
+}
+
+/// Letters outside Latin-1 have become "?" in the text. Each such part of a path that does not
+/// exist is the entry of its folder that reads the same, when there is just one.
+fs::path With_letters_restored(const fs::path& path) {
+    fs::path restored;
+    std::error_code error;
+    for (const fs::path& part : path) {
+        const fs::path wanted = restored / part;
+        const bool complete = part.string().find('?') == std::string::npos;
+        std::vector<fs::path> alike;
+        if (!complete && !fs::exists(wanted, error)) {
+            const fs::path folder = restored.empty() ? fs::path(".") : restored;
+            for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+                 entry.increment(error))
+                if (Path_text(entry->path().filename()) == Path_text(part))
+                    alike.push_back(entry->path().filename());
+        }
+        restored = alike.size() == 1 ? restored / alike[0] : wanted;
+    }
+    return restored;
+}
+
 }  // namespace
 
 std::optional<fs::path> Find_file(const fs::path& wanted) {
@@ -30,13 +66,13 @@ std::optional<fs::path> Find_file(const fs::path& wanted) {
     if (wanted.filename().empty()) return {};
     if (fs::is_regular_file(wanted, error)) return wanted;
     const fs::path folder = wanted.has_parent_path() ? wanted.parent_path() : fs::path(".");
-    const std::string name = Upper(wanted.filename().string());
+    const std::string name = Folded_name(wanted);
     std::optional<fs::path> found;
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
          entry.increment(error)) {
         const fs::path file = entry->path().filename();
         std::error_code ignored;
-        if (Upper(file.string()) == name && entry->is_regular_file(ignored) &&
+        if (Folded_name(file) == name && entry->is_regular_file(ignored) &&
             (!found || file < found->filename()))
             found = wanted.has_parent_path() ? wanted.parent_path() / file : file;
     }
@@ -54,7 +90,8 @@ std::string Path_text(const fs::path& path) {
 fs::path Text_path(std::string_view text) {
     // A name typed in Latin-1 is UTF-8 on disk; an embedded NUL ends no name silently.
     const std::string name = To_utf8(text);
-    return name.find('\0') == std::string::npos ? fs::path(name) : fs::path();
+    if (name.find('\0') != std::string::npos) return {};
+    return name.find('?') == std::string::npos ? fs::path(name) : With_letters_restored(name);
 }
 
 TextFile Read_text_file(const fs::path& path) {

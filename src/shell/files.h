@@ -19,7 +19,8 @@ std::filesystem::path Existing_or(const std::filesystem::path& wanted);
 /// A path as Latin-1 text for messages and reports.
 std::string Path_text(const std::filesystem::path& path);
 
-/// The path that a Latin-1 text of a command or a file names.
+/// The path that a Latin-1 text of a command or a file names. A "?" may stand for a letter outside
+/// Latin-1 in the name of something that exists.
 std::filesystem::path Text_path(std::string_view text);
 
 /// A text file read whole: Latin-1 lines without their ends.

@@ -68,6 +68,21 @@ TEST(Text, ComesBackFromUtf8) {
     EXPECT_EQ(To_latin1("\xC0\x80"), "\xC0\x80") << "an overlong form is no UTF-8";
 }
 
+TEST(Files, AreFoundByNamesInAnyLetters) {
+    namespace fs = std::filesystem;
+    std::string name = (fs::temp_directory_path() / "tarven-names-XXXXXX").string();
+    ASSERT_NE(mkdtemp(name.data()), nullptr);
+    const fs::path folder = name;
+    fs::create_directory(folder / "\xC5\x82\xC3\xB3\x64\xC5\xBA");  // l-stroke, o-acute, d, z-acute
+    std::ofstream(folder / "\xC3\x86\x62.DEF") << "4\n";            // AE, b
+    EXPECT_TRUE(fs::exists(Text_path(name + "/?\xF3\x64?")));
+    EXPECT_FALSE(fs::exists(Text_path(name + "/??")));
+    EXPECT_EQ(Find_file(Text_path(name + "/\xE6\x42.def")), folder / "\xC3\x86\x62.DEF");
+    fs::create_directory(folder / "\xC5\x81\xC3\xB3\x64\xC5\xBA");
+    EXPECT_FALSE(fs::exists(Text_path(name + "/?\xF3\x64?"))) << "two read alike";
+    fs::remove_all(folder);
+}
+
 TEST(Text, SplitsLinesOfEitherKind) {
     using Lines = std::vector<std::string>;
     EXPECT_EQ(Split_lines(""), Lines{});
