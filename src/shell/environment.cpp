@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "shell/fields.h"
 #include "shell/session.h"
 #include "shell/settings.h"
 
@@ -11,8 +12,7 @@ namespace {
 
 void Append(std::vector<std::string>& lines, const std::function<std::vector<std::string>()>& more,
             const std::vector<std::string>& otherwise) {
-    const auto added = more ? more() : otherwise;
-    lines.insert(lines.end(), added.begin(), added.end());
+    Append_lines(lines, more ? more() : otherwise);
 }
 
 std::string Kind_of_tests() {

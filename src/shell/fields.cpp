@@ -39,4 +39,8 @@ std::string Blanks(int count) {
     return std::string(count > 0 ? static_cast<std::size_t>(count) : 0, ' ');
 }
 
+void Append_lines(std::vector<std::string>& lines, const std::vector<std::string>& more) {
+    lines.insert(lines.end(), more.begin(), more.end());
+}
+
 }  // namespace tarven

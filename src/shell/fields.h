@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tarven {
 
@@ -28,5 +29,8 @@ std::string Left(std::string_view text, int width);
 
 /// `count` blanks; none when count is not positive.
 std::string Blanks(int count);
+
+/// Puts more lines behind those there are.
+void Append_lines(std::vector<std::string>& lines, const std::vector<std::string>& more);
 
 }  // namespace tarven

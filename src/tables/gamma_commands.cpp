@@ -4,6 +4,7 @@
 
 #include "project/listed_variables.h"
 #include "shell/commands.h"
+#include "shell/fields.h"
 #include "shell/lifecycle.h"
 #include "shell/parsed_line.h"
 #include "shell/report.h"
@@ -42,9 +43,8 @@ Outcome MANTEL() {
         if (hypothesis.X.DIM != 2 || hypothesis.Y.DIM != 2) continue;
         const std::vector<TwoWayTable> strata = Strata_of(hypothesis);
         const PartialGamma gamma = Partial_gamma(strata);
-        for (std::string& line : Mantel_lines(Hypothesis_label(h, table.vlabel()),
-                                              Mantel_haenszel(strata), gamma.gamma, gamma.se))
-            lines.push_back(std::move(line));
+        Append_lines(lines, Mantel_lines(Hypothesis_label(h, table.vlabel()),
+                                         Mantel_haenszel(strata), gamma.gamma, gamma.se));
     }
     if (lines.empty()) {
         ShowMessage("MANTEL requires a hypothesis on two binary variables");

@@ -10,10 +10,6 @@ namespace tarven {
 
 namespace {
 
-void Append(std::vector<std::string>& lines, const std::vector<std::string>& more) {
-    lines.insert(lines.end(), more.begin(), more.end());
-}
-
 std::string Title_of(const LocalHypothesis& hypothesis, const ConditioningSet& set) {
     std::string title;
     for (const std::size_t m : set.members)
@@ -46,8 +42,9 @@ std::vector<std::string> Estimate_lines(const LocalHypothesis& hypothesis,
         lines.push_back(Estimate_line(estimate.groups[s], estimate.has_estimate) + "  " +
                         Level_label(hypothesis, set, set.levels[s]));
     if (estimate.has_estimate)
-        Append(lines, {"Least square estimate:", "  Gamma = " + Field(estimate.estimate, 7, 3),
-                       " s.e.  = " + Field(estimate.se, 7, 3)});
+        Append_lines(lines,
+                     {"Least square estimate:", "  Gamma = " + Field(estimate.estimate, 7, 3),
+                      " s.e.  = " + Field(estimate.se, 7, 3)});
     return lines;
 }
 
@@ -102,8 +99,9 @@ std::vector<std::string> Fitted_gamma_lines(const FittedGamma& gamma) {
         "Fitted partial Gamma:", "Observed = " + Field(gamma.observed, 7, 3),
         "Expected = " + Field(gamma.expected, 7, 3)};
     if (gamma.se > 0)
-        Append(lines, {"    s.e. = " + Field(gamma.se, 7, 3), "       Z = " + Field(gamma.z, 7, 3),
-                       "       p = " + Field(gamma.p, 7, 3)});
+        Append_lines(lines,
+                     {"    s.e. = " + Field(gamma.se, 7, 3), "       Z = " + Field(gamma.z, 7, 3),
+                      "       p = " + Field(gamma.p, 7, 3)});
     else
         lines.push_back("    s.e. is not available");
     return lines;
@@ -117,20 +115,20 @@ std::vector<std::string> Homogeneity_lines(const LocalHypothesis& hypothesis,
         return lines;
     }
     for (const ConditioningSet& set : analysis.sets) {
-        Append(lines, {"", "** Strata defined by " + Title_of(hypothesis, set) + " **"});
-        Append(lines, Estimate_lines(hypothesis, set));
-        Append(lines, Equality_lines(set.record.estimate, "Test for partial association:",
-                                     "The set of Gammas is incomplete"));
-        Append(lines, Verdict_lines(hypothesis, set));
+        Append_lines(lines, {"", "** Strata defined by " + Title_of(hypothesis, set) + " **"});
+        Append_lines(lines, Estimate_lines(hypothesis, set));
+        Append_lines(lines, Equality_lines(set.record.estimate, "Test for partial association:",
+                                           "The set of Gammas is incomplete"));
+        Append_lines(lines, Verdict_lines(hypothesis, set));
         lines.push_back("");
-        Append(lines, Local_value_lines(hypothesis, set, analysis.fitted));
+        Append_lines(lines, Local_value_lines(hypothesis, set, analysis.fitted));
         if (set.comparison.groups == 0) continue;
         lines.push_back("");
-        Append(lines, Pairwise_comparison_lines(set.comparison));
+        Append_lines(lines, Pairwise_comparison_lines(set.comparison));
     }
     lines.push_back("");
     if (analysis.fitted)
-        Append(lines, Fitted_gamma_lines(analysis.partial));
+        Append_lines(lines, Fitted_gamma_lines(analysis.partial));
     else
         lines.push_back("Fitted partial Gamma: the fit of two-factor association did not converge");
     return lines;

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "shell/fields.h"
+
 namespace tarven {
 
 namespace {
@@ -42,7 +44,7 @@ std::vector<std::string> Hypothesis_list_lines(std::span<const Hypothesis> list,
     for (std::size_t k = 0; k < list.size(); ++k)
         (Proper(list[k]) ? lines : improper).push_back(Line_of(k + 1, list[k], vlabel));
     if (!improper.empty()) lines.push_back("improper hypotheses:");
-    lines.insert(lines.end(), improper.begin(), improper.end());
+    Append_lines(lines, improper);
     return lines;
 }
 
@@ -51,8 +53,7 @@ std::vector<std::string> Show_hypotheses_lines(const HypothesisWorkspace& worksp
     std::vector<std::string> lines{workspace.scope == HypothesisScope::graph
                                        ? "Hypotheses defined relative to the project model"
                                        : "Hypotheses defined relative to the current table"};
-    for (std::string& line : Hypothesis_list_lines(workspace.list, workspace.labels))
-        lines.push_back(std::move(line));
+    Append_lines(lines, Hypothesis_list_lines(workspace.list, workspace.labels));
     return lines;
 }
 

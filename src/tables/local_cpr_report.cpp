@@ -58,20 +58,17 @@ std::vector<std::string> Row_adjusted_lines(const LocalAnalysis& analysis) {
 
 std::vector<std::string> Local_analysis_lines(const LocalAnalysis& analysis) {
     std::vector<std::string> lines{"", "Analysis of local CPRs and gamma coefficients", ""};
-    const auto append = [&](const std::vector<std::string>& more) {
-        lines.insert(lines.end(), more.begin(), more.end());
-    };
-    append({"Local 2-by-2 tables",
-            Blanks(TableLabelWidth) + "      C      D       gamma    cpr    p"});
+    Append_lines(lines, {"Local 2-by-2 tables",
+                         Blanks(TableLabelWidth) + "      C      D       gamma    cpr    p"});
     for (const LocalTable& table : analysis.tables) lines.push_back(Table_line(table));
-    append({Summary_line(analysis.all), "", "Adjacent relationships",
-            Summary_line(analysis.adjacent), "", "Parallel rows",
-            "Rows  Concordance Discordance  Gamma   CPR"});
-    append(Parallel_lines(analysis.rows));
-    append({"", "Row adjusted CPR table"});
-    append(Row_adjusted_lines(analysis));
-    append({"", "Parallel collumns", "Cols  Concordance Discordance  Gamma   CPR"});
-    append(Parallel_lines(analysis.columns));
+    Append_lines(lines, {Summary_line(analysis.all), "", "Adjacent relationships",
+                         Summary_line(analysis.adjacent), "", "Parallel rows",
+                         "Rows  Concordance Discordance  Gamma   CPR"});
+    Append_lines(lines, Parallel_lines(analysis.rows));
+    Append_lines(lines, {"", "Row adjusted CPR table"});
+    Append_lines(lines, Row_adjusted_lines(analysis));
+    Append_lines(lines, {"", "Parallel collumns", "Cols  Concordance Discordance  Gamma   CPR"});
+    Append_lines(lines, Parallel_lines(analysis.columns));
     return lines;
 }
 

@@ -175,9 +175,8 @@ std::vector<std::string> Tested_table_lines(const LocalHypothesis& hypothesis,
                                .counts = hypothesis.slices[s].counts,
                                .result = {}};
         if (!tested.empty) stratum.result = Stratum_result_line(tested, result.has_gamma, symbol);
-        for (std::string& line :
-             Stratum_lines(hypothesis.X, hypothesis.Y, hypothesis.Z, stratum, options))
-            lines.push_back(std::move(line));
+        Append_lines(lines,
+                     Stratum_lines(hypothesis.X, hypothesis.Y, hypothesis.Z, stratum, options));
     }
     return lines;
 }

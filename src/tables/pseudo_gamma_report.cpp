@@ -12,10 +12,6 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-void Append(Lines& lines, const Lines& more) {
-    lines.insert(lines.end(), more.begin(), more.end());
-}
-
 std::string Variable_line(const char* side, const TestVariable& variable, Permutability state) {
     std::string line = side + Titled(variable) + (variable.VTYPE < 3 ? " - nominal" : " - ordinal");
     switch (state) {
@@ -76,9 +72,9 @@ Lines Order_lines(const LocalHypothesis& hypothesis, const PseudoGammaAnalysis& 
                 "   rows : " + Category_list(hypothesis.X, best.rows),
                 "   cols : " + Category_list(hypothesis.Y, best.columns)};
     lines.push_back(fmt::format("   {} = {}", name, Field(best.gamma(), 7, 3)));
-    Append(lines,
-           {"Setup check:", Consistency_line("rows", analysis.rows_against, best.rows.size()),
-            Consistency_line("cols", analysis.columns_against, best.columns.size())});
+    Append_lines(lines,
+                 {"Setup check:", Consistency_line("rows", analysis.rows_against, best.rows.size()),
+                  Consistency_line("cols", analysis.columns_against, best.columns.size())});
     if (analysis.columns_against > 0) lines.push_back("Columns are not consistent");
     if (analysis.rows_against > 0) lines.push_back("Rows are not consistent");
     return lines;
@@ -130,8 +126,8 @@ Lines Comparison_lines(const LocalHypothesis& hypothesis, const CategoryComparis
     const TestVariable& other = comparison.columns ? hypothesis.X : hypothesis.Y;
     Lines lines{"", fmt::format("Gamma coefficients of {} for pairs of categories of {}",
                                 Titled(other), Titled(variable))};
-    Append(lines, Gamma_triangle(Number_names(comparison.categories), comparison.gamma));
-    Append(lines, Pairwise_comparison_lines(comparison.pairwise, comparison.categories));
+    Append_lines(lines, Gamma_triangle(Number_names(comparison.categories), comparison.gamma));
+    Append_lines(lines, Pairwise_comparison_lines(comparison.pairwise, comparison.categories));
     return lines;
 }
 
@@ -165,11 +161,12 @@ Lines Collapsed_lines(const LocalHypothesis& hypothesis, const PseudoGammaAnalys
             lines.push_back(
                 fmt::format("Pairwise Gamma coefficients relating to collapsed {} categories",
                             columns ? "column" : "row"));
-            Append(lines, Gamma_triangle(Class_names(classes),
-                                         columns ? collapsed.column_gamma : collapsed.row_gamma));
+            Append_lines(lines,
+                         Gamma_triangle(Class_names(classes),
+                                        columns ? collapsed.column_gamma : collapsed.row_gamma));
         }
-        Append(lines, columns ? Class_lines(hypothesis.Y, hypothesis.X, classes)
-                              : Class_lines(hypothesis.X, hypothesis.Y, classes));
+        Append_lines(lines, columns ? Class_lines(hypothesis.Y, hypothesis.X, classes)
+                                    : Class_lines(hypothesis.X, hypothesis.Y, classes));
     }
     if (collapsed.collapsed)
         lines.push_back("Pseudo gamma after collaps: " + Field(collapsed.gamma, 7, 3));
@@ -198,15 +195,15 @@ Lines Pseudo_gamma_lines(const LocalHypothesis& hypothesis, const PseudoGammaAna
             lines.push_back("Pseudo gamma: no permutations");
             break;
         case PseudoGammaOutcome::searched:
-            Append(lines, Search_lines(analysis.problem));
+            Append_lines(lines, Search_lines(analysis.problem));
     }
-    Append(lines, Order_lines(hypothesis, analysis));
-    Append(lines, Significance_lines(analysis));
+    Append_lines(lines, Order_lines(hypothesis, analysis));
+    Append_lines(lines, Significance_lines(analysis));
     if (analysis.comparisons.empty()) return lines;
-    Append(lines, {"", "****  Analysis by pairwise comparisons of categories ****"});
+    Append_lines(lines, {"", "****  Analysis by pairwise comparisons of categories ****"});
     for (const CategoryComparison& comparison : analysis.comparisons)
-        Append(lines, Comparison_lines(hypothesis, comparison));
-    Append(lines, Collapsed_lines(hypothesis, analysis));
+        Append_lines(lines, Comparison_lines(hypothesis, comparison));
+    Append_lines(lines, Collapsed_lines(hypothesis, analysis));
     return lines;
 }
 

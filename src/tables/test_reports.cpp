@@ -107,9 +107,8 @@ std::vector<std::string> exa_summary(const std::vector<SummaryRow>& rows,
                                   Statistic_columns(row.result, Shows_exact(row.result, settings)) +
                                   Gamma_columns(row, settings, 6, 6) + Count_columns(row) +
                                   Marks(row, settings, Levels::fixed, FixedLevels));
-    for (std::string& line : Legend(settings, "   xx : p < 0.01    x : 0.01 <= P <= 0.05",
-                                    "++/-- : p < 0.01  +/- : 0.01 <= p <= 0.05"))
-        lines.push_back(std::move(line));
+    Append_lines(lines, Legend(settings, "   xx : p < 0.01    x : 0.01 <= P <= 0.05",
+                               "++/-- : p < 0.01  +/- : 0.01 <= p <= 0.05"));
     return lines;
 }
 
@@ -137,9 +136,8 @@ std::vector<std::string> exa_summary1(const std::vector<SummaryRow>& rows,
                     " for FDR = 0.05");
     lines.push_back("                          and p < " + Field(limits.fdr01, 6, 4) +
                     " for FDR = 0.01");
-    for (std::string& line : Legend(settings, "   xx : FDR = 0.01    x : FDR = 0.05",
-                                    "++/-- : FDR = 0.01  +/- : FDR = 0.05"))
-        lines.push_back(std::move(line));
+    Append_lines(lines, Legend(settings, "   xx : FDR = 0.01    x : FDR = 0.05",
+                               "++/-- : FDR = 0.01  +/- : FDR = 0.05"));
     return lines;
 }
 

@@ -45,9 +45,7 @@ std::vector<std::string> Weighted_estimate_lines(const WeightedEstimate& estimat
         if (group.available && estimate.has_estimate) line += Field(group.residual, 10, 2);
         lines.push_back(line + "  " + labels[i]);
     }
-    for (std::string& line :
-         Equality_lines(estimate, "Test of equality:", "Incomplete set of valuess"))
-        lines.push_back(std::move(line));
+    Append_lines(lines, Equality_lines(estimate, "Test of equality:", "Incomplete set of valuess"));
     return lines;
 }
 
