@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <random>
 
-#include "tables/pseudo_gamma.h"
+#include "tables/order_search.h"
 
 namespace tarven {
 namespace {

@@ -1,8 +1,8 @@
+#include "tables/order_search.h"
+
 #include <algorithm>
 #include <cassert>
 #include <numeric>
-
-#include "tables/pseudo_gamma.h"
 
 namespace tarven {
 
