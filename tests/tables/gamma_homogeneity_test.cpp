@@ -91,6 +91,18 @@ TEST(WeightedEstimate, UsesTheWholeCovarianceMatrix) {
                               "FAILURE INVERTING COVARIANCE MATRIX"));
 }
 
+TEST(WeightedEstimate, TellsWhatItCannotTest) {
+    const std::vector<std::string> labels{"a", "b"};
+    const auto lines = [&](std::vector<double> variances) {
+        return Weighted_estimate_lines(Weighted_estimate(std::vector{1.0, 2.0}, variances), labels);
+    };
+    EXPECT_TRUE(Has_line_with(lines({1, 0}), "Incomplete set of valuess"));
+    EXPECT_TRUE(Has_line_with(lines({1, 0}), "Least square estimate =   1.000"));
+    EXPECT_TRUE(Has_line_with(lines({1, 0}), "standard error is not available  b"));
+    EXPECT_TRUE(Has_line_with(lines({0, 0}), "No test"));
+    EXPECT_TRUE(Has_line_with(lines({1, 3}), "X\xB2 =     0.25  df =   1  p = 0.6171"));
+}
+
 TEST(WeightedEstimate, OfUncorrelatedGroupsIsTheWeightedSumOfSquares) {
     std::mt19937 random(6);
     std::uniform_real_distribution<double> uniform(0.1, 2);
