@@ -122,7 +122,7 @@ TableFile Read_table_file(const std::vector<std::string>& all_lines) {
     std::int64_t Nvar = 0;
     const std::vector<std::string> head = Words(lines[0]);
     if (head.size() != 1 || !Number(head[0], 2, MaxTableVariables, Nvar))
-        return fail({"Improper specification of table: " + Shown(lines[0])});
+        return fail({"Improper definition of table: " + Shown(lines[0])});
     if (static_cast<std::int64_t>(lines.size()) < Nvar + 3)
         return fail({"Too few lines to define a table"});
     std::vector<TableVariable> variables;
@@ -140,7 +140,7 @@ TableFile Read_table_file(const std::vector<std::string>& all_lines) {
     if (!Check_table_dimensions(static_cast<int>(Nvar), DIM)) {
         std::vector<std::string> messages = Too_large_lines(static_cast<int>(Nvar), DIM);
         messages.insert(messages.begin(),
-                        "Improper specification of table: " + messages[0].substr(17));
+                        "Improper definition of table: " + messages[0].substr(17));
         return fail(std::move(messages));
     }
     result.table = Make_table(std::move(variables), true, ends);

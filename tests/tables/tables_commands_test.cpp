@@ -152,7 +152,7 @@ TEST(TableFile, WhatDoesNotFitIsNamed) {
     EXPECT_EQ(First_message({}), "Too few lines to define a table");
     EXPECT_EQ(First_message({"3", "A 2 3", "B 2 3"}), "Too few lines to define a table");
     for (const std::string count : {"1", "9", "-2", "x", "2 2", "99999999999999999999"})
-        EXPECT_EQ(First_message(With_line(0, count)), "Improper specification of table: " + count);
+        EXPECT_EQ(First_message(With_line(0, count)), "Improper definition of table: " + count);
     for (const std::string variable : {"A", "AB 2 3", "A 1 3", "A 58 3", "A -2 3", "B 2 3"})
         EXPECT_EQ(
             First_message(With_line(1, variable)),
@@ -173,7 +173,7 @@ TEST(TableFile, WhatDoesNotFitIsNamed) {
     EXPECT_EQ(First_message({"2", "A 2 3", "B 2 3", "1 2", "0 0 0 1"}),
               "THE TABLE SEEMS TO BE EMPTY? FAILURE ASSUMED");
     EXPECT_EQ(First_message({"4", "A 57 3", "B 57 3", "C 57 3", "D 57 3", "1 4", "1 2"}),
-              "Improper specification of table: 57 57 57 57");
+              "Improper definition of table: 57 57 57 57");
 }
 
 }  // namespace tarven
