@@ -23,28 +23,6 @@ SliceView View_in(const TestedTable& table, const Hypothesis& hypothesis) {
     return View_of(hypothesis, table.Nvar(), DIM, table.Cfactor, table.cells);
 }
 
-/// The informative slices of a table that reads its slices itself.
-InformativeSlices Informative_of(const TestedTable& table, const Hypothesis& hypothesis) {
-    const TestedPair pair = Tested_pair(hypothesis);
-    const std::int64_t limit =
-        Slice_limit(Variable_of(table, pair.X).DIM, Variable_of(table, pair.Y).DIM);
-    InformativeSlices informative;
-    std::int64_t combinations = 1;
-    for (const int k : Conditioning_variables(hypothesis))
-        combinations = std::min<std::int64_t>(combinations * Variable_of(table, k).DIM, 1LL << 40);
-    for (LocalSlice& slice : table.read_slices(hypothesis)) {
-        if (Degrees_of_freedom(slice.counts) == 0) continue;
-        if (static_cast<std::int64_t>(informative.counts.size()) >= limit) {
-            informative.too_many = true;
-            return informative;
-        }
-        informative.expected.push_back(Expected_of_slice(slice.counts));
-        informative.counts.push_back(std::move(slice.counts));
-    }
-    informative.missing = combinations - static_cast<std::int64_t>(informative.counts.size());
-    return informative;
-}
-
 }  // namespace
 
 bool Has_gamma(const TestedTable& table, const Hypothesis& hypothesis) {
@@ -64,7 +42,7 @@ GlobalOutcome Test_globally(const TestedTable& table, const Hypothesis& hypothes
     if (!pair.proper() || pair.Y > table.Nvar()) return outcome;
     outcome.has_gamma = Has_gamma(table, hypothesis);
     const bool simulates = settings.ExactTests && settings.Nsim > 0;
-    if (!simulates && table.cells) {
+    if (!simulates) {
         const SlicesSummed summed = Sum_over_slices(View_in(table, hypothesis), outcome.has_gamma,
                                                     Statistic_rule(settings));
         outcome.missing_slices = summed.missing > 0;
@@ -72,15 +50,14 @@ GlobalOutcome Test_globally(const TestedTable& table, const Hypothesis& hypothes
         if (!summed.too_many) outcome.row = Row_of(Asymptotic_test(summed.sums, outcome.has_gamma));
         return outcome;
     }
-    const InformativeSlices slices =
-        table.cells ? XYZ1(View_in(table, hypothesis)) : Informative_of(table, hypothesis);
+    const InformativeSlices slices = XYZ1(View_in(table, hypothesis));
     outcome.missing_slices = slices.missing > 0;
     outcome.too_many_slices = slices.too_many;
     if (slices.too_many) return outcome;
-    if (simulates && control.begin) control.begin();
+    if (control.begin) control.begin();
     outcome.row = Row_of(Test_strata(slices.counts, slices.expected, outcome.has_gamma, settings,
                                      stream, memory, control.stop));
-    if (simulates && control.end) control.end();
+    if (control.end) control.end();
     return outcome;
 }
 
@@ -112,10 +89,6 @@ LocalHypothesis Form_xyz_table(const TestedTable& table, const Hypothesis& hypot
     local.X = Variable_of(table, pair.X);
     local.Y = Variable_of(table, pair.Y);
     for (const int k : Conditioning_variables(hypothesis)) local.Z.push_back(Variable_of(table, k));
-    if (!table.cells) {
-        local.slices = table.read_slices(hypothesis);
-        return local;
-    }
     const SliceView view = View_in(table, hypothesis);
     For_each_slice(view, with_margins, [&](std::span<const int> category, std::int64_t offset) {
         LocalSlice& slice = local.slices.emplace_back();

@@ -25,10 +25,6 @@ struct TestedTable {
     std::int64_t NTOTAL = 0;
     bool big = false;  ///< more than eight variables
 
-    /// A table without such a block reads its slices itself: all
-    /// non-empty slices of a hypothesis, the first conditioning variable fastest.
-    std::function<std::vector<LocalSlice>(const Hypothesis&)> read_slices;
-
     int Nvar() const { return static_cast<int>(variables.size()) - 1; }
     std::string vlabel() const;  ///< Nvar characters
 };

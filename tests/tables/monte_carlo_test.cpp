@@ -146,28 +146,6 @@ std::vector<ExpectedTable> Expected_of(const std::vector<TwoWayTable>& strata) {
     return expected;
 }
 
-TEST(MonteCarlo, CountsEqualPlainReplicates) {
-    const std::vector<TwoWayTable> strata = Some_strata();
-    const std::vector<ExpectedTable> expected = Expected_of(strata);
-    for (const char* symbol : {"X2", "G2", "D2"}) {
-        const MonteCarloRule rule = Plain_run(500, Rule(symbol));
-        const ObservedTest observed = Observed_test(strata, expected, rule.statistic, true);
-        int statistic = 0, one_sided = 0, two_sided = 0;
-        for (const PlainReplicate& r :
-             Plain_replicates(expected, 500, rule.statistic, 7, {0, 1, 2, 3})) {
-            statistic += r.statistic >= observed.statistic;
-            one_sided += observed.gamma > 0 ? r.gamma >= observed.gamma : r.gamma <= observed.gamma;
-            two_sided += std::fabs(r.gamma) >= std::fabs(observed.gamma);
-        }
-        DrawMemory memory;
-        RandomStream stream{7};
-        const Sim_counts counts = Monte_carlo_test(expected, observed, rule, stream, memory);
-        EXPECT_EQ(counts.statistic, statistic);
-        EXPECT_EQ(counts.gamma, one_sided);
-        EXPECT_EQ(counts.gamma_two_sided, two_sided);
-    }
-}
-
 // Each category of a conditioning variable is a test of its own strata within the same replicates.
 TEST(MonteCarlo, LocalCountsAreThoseOfTheirStrata) {
     const std::vector<TwoWayTable> strata = Some_strata();

@@ -104,31 +104,6 @@ TEST(TestRun, AStopKeepsTheReplicatesDoneAndFinishesAsymptotically) {
     }
 }
 
-TEST(TestRun, ASliceListReadElsewhereGivesTheSameRows) {
-    const BlockOfCases block = Random_block({3, 4, 3, 2}, 60, 9);
-    const TestedTable table = block.table();
-    TestedTable sparse = table;
-    sparse.cells = nullptr;
-    sparse.read_slices = [&](const Hypothesis& h) {
-        std::vector<LocalSlice> slices = Form_xyz_table(table, h, false).slices;
-        std::erase_if(slices, [](const LocalSlice& s) { return s.counts.Total() == 0; });
-        return slices;
-    };
-    TestSettings exact;
-    exact.ExactTests = true;
-    exact.Nsim = 20;
-    for (const TestSettings& settings : {TestSettings{}, exact}) {
-        RandomStream stream;
-        const std::vector<Hypothesis> list = All_hypotheses(4);
-        const std::vector<GlobalOutcome> one = Test_globally(table, list, settings, stream);
-        const std::vector<GlobalOutcome> other = Test_globally(sparse, list, settings, stream);
-        for (std::size_t k = 0; k < list.size(); ++k) {
-            EXPECT_EQ(one[k].row, other[k].row);
-            EXPECT_EQ(one[k].missing_slices, other[k].missing_slices);
-        }
-    }
-}
-
 TEST(TestRun, RemarksTellWhatIsMissing) {
     GlobalOutcome outcome;
     outcome.row = Untested_result();
