@@ -57,10 +57,6 @@ std::vector<const Command*> Registered_commands() {
     return commands;
 }
 
-void Forget_commands() {
-    The_registry() = {};
-}
-
 void Register_letter(LetterCommand command, Letter letter) {
     assert(Letters_in_order(command).find(letter.letter) != std::string_view::npos &&
            "a letter without a place in the order");

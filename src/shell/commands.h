@@ -47,9 +47,6 @@ const Command* Find_command(int number);
 /// All registered commands in the order of their keywords.
 std::vector<const Command*> Registered_commands();
 
-/// Forgets all registrations, so that a test can begin again.
-void Forget_commands();
-
 /// Commands whose letters other floors add.
 enum class LetterCommand : std::uint8_t { show, dispose, input, save };
 

@@ -119,6 +119,20 @@ TEST(CompareGroups, ReportsClassesAndThePairsThatCoherenceRejects) {
                          "No collaps after adjustment for coherence"));
 }
 
+// Four p-values: 0.001 <= 0.05/4 alone at 5 %, at 1 % too, at 0.1 % not, where the limit is q/n.
+TEST(MultipleTesting, ReportsLimitsInPlainWords) {
+    const std::vector<double> p{0.6, 0.001, 0.3, 0.04};
+    EXPECT_EQ(
+        Plain_rejection_line(p, 0.05),
+        "Benjamini-Hochberg rejects all p-values less than 0.012500 to control the FDR at 0.05");
+    EXPECT_EQ(Plain_rejection_line({p.data(), 1}, 0.05),
+              "Benjamini-Hochberg accepts all p-values when FDR is controlled at 0.05");
+    EXPECT_EQ(Critical_level_lines(p)[3], " FDR = 0.001        reject if p<= 0.000250");
+    EXPECT_EQ(Bonferroni_line(4, 0.04),
+              " Bonferoni adjusted p-value of the least significant hypothesis is equal to 0.1600");
+    EXPECT_EQ(Bonferroni(4, 0.3), 1);
+}
+
 TEST(CollectPValues, TakesTestedRowsAndTheGammaOfThoseThatHaveOne) {
     Hypothesis with, without;
     with.Kind = kind::with_gamma;
