@@ -77,24 +77,30 @@ Listing List_DAT(const Project& project, const std::vector<int>& variables,
     return listing;
 }
 
+namespace {
+
+using CaseReader = std::string (*)(LineReader&, const std::vector<int>&, const TakeCase&);
+
+Listing List_cases(const Project& project, const ProjectFile& from, CaseReader read, bool counts,
+                   const std::vector<int>& variables, const ListingFormat& format) {
+    Listing listing;
+    LineReader file(from.path);
+    if (file.opened()) listing.lines = Heading(project, from, variables, format.width);
+    listing.failure =
+        read(file, Dimensions(project), List_codes(variables, format, counts, listing));
+    return listing;
+}
+
+}  // namespace
+
 Listing List_SYS(const Project& project, const std::vector<int>& variables,
                  const ListingFormat& format) {
-    Listing listing;
-    LineReader file(project.files.SYS.path);
-    if (file.opened()) listing.lines = Heading(project, project.files.SYS, variables, format.width);
-    listing.failure =
-        Read_SYS_cases(file, Dimensions(project), List_codes(variables, format, false, listing));
-    return listing;
+    return List_cases(project, project.files.SYS, Read_SYS_cases, false, variables, format);
 }
 
 Listing List_TAB(const Project& project, const std::vector<int>& variables,
                  const ListingFormat& format) {
-    Listing listing;
-    LineReader file(project.files.TAB.path);
-    if (file.opened()) listing.lines = Heading(project, project.files.TAB, variables, format.width);
-    listing.failure =
-        Read_TAB_cells(file, Dimensions(project), List_codes(variables, format, true, listing));
-    return listing;
+    return List_cases(project, project.files.TAB, Read_TAB_cells, true, variables, format);
 }
 
 }  // namespace tarven

@@ -92,12 +92,7 @@ bool Read_variables() {
         return false;
     }
     for (const std::string& warning : file.warnings) ShowMessage(warning);
-    The_project.N = file.N;
-    The_project.variables = file.variables;
-    The_project.Nlevels = file.Nlevels;
-    The_project.LevelEnd = file.LevelEnd;
-    The_project.comments = file.comments;
-    The_project.Ncomments = file.Ncomments;
+    Take_variables(file, The_project);
     return true;
 }
 

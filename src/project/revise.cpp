@@ -38,12 +38,7 @@ std::string Columns_and_cuts(const ProjectDefinition& project) {
 
 ProjectDefinition Definition_of(const VarFile& file) {
     ProjectDefinition definition = The_project;
-    definition.N = file.N;
-    definition.variables = file.variables;
-    definition.Nlevels = file.Nlevels;
-    definition.LevelEnd = file.LevelEnd;
-    definition.comments = file.comments;
-    definition.Ncomments = file.Ncomments;
+    Take_variables(file, definition);
     return definition;
 }
 

@@ -187,4 +187,13 @@ VarFile Read_VAR_file(const std::vector<std::string>& lines) {
     return file;
 }
 
+void Take_variables(const VarFile& file, ProjectDefinition& definition) {
+    definition.N = file.N;
+    definition.variables = file.variables;
+    definition.Nlevels = file.Nlevels;
+    definition.LevelEnd = file.LevelEnd;
+    definition.comments = file.comments;
+    definition.Ncomments = file.Ncomments;
+}
+
 }  // namespace tarven

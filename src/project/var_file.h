@@ -25,6 +25,9 @@ struct VarFile {
 /// all variables; variables behind the last block end are in block Nlevels + 1.
 VarFile Read_VAR_file(const std::vector<std::string>& lines);
 
+/// Makes the variables, blocks and comments of the file those of a definition.
+void Take_variables(const VarFile& file, ProjectDefinition& definition);
+
 /// labels[i-1] is the label of variable i of N.
 std::string Labels_of(const One_based<Variable, 85>& variables, int N);
 
