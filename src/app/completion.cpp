@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "shell/commands.h"
+#include "shell/mode.h"
 #include "shell/words.h"
 
 namespace tarven {
@@ -18,7 +18,7 @@ bool Begins_with(std::string_view text, std::string_view beginning) {
 Completions Keywords(std::string_view word) {
     Completions found;
     found.replaced = static_cast<int>(word.size());
-    for (const Command* command : Registered_commands()) {
+    for (const Command* command : Typed_commands()) {
         if (command->hidden || !command->run) continue;
         const bool by_keyword = Begins_with(command->keyword, word);
         if (!by_keyword && !Begins_with(command->spelling, word)) continue;

@@ -21,6 +21,7 @@
 #include "shell/dispatcher.h"
 #include "shell/files.h"
 #include "shell/help.h"
+#include "shell/mode.h"
 #include "shell/report.h"
 #include "shell/session.h"
 #include "shell/text.h"
@@ -97,7 +98,7 @@ void Run_typed_lines() {
 
 /// The end of input is EXI, from whatever mode it is met in.
 void Exit_session() {
-    The_modes.modes.clear();
+    if (!The_session.QuitRequested) Leave_all_modes();
     const Command* exit = Find_command(Command_number("EXI"));
     if (exit && exit->run && exit->available) {
         if (!The_session.QuitRequested) Run_line("EXI");
@@ -116,7 +117,7 @@ int Run_session(const Options& options) {
     Install_banners();
     Labels_to_complete = Labels_of_project;
     Make_start_files();
-    if (options.automatic) Run_line("AUT");
+    if (options.automatic) Run_from_code("AUT");
     if (interactive && options.project.empty()) Offer_a_project();
     bool all_run = options.project.empty() || Open_project_at_start(options.project);
     if (options.Runs_and_exits()) {
@@ -135,7 +136,7 @@ int Run_session(const Options& options) {
 int Failure(const std::string& cause) {
     fmt::print(stderr, "tarven ends: {}\n", cause);
     try {
-        Close_report();
+        End_report();
     } catch (const std::exception&) {
         // What could not be shown stands in the file of the first stage, written line by line.
     }

@@ -13,7 +13,7 @@ void Offer_a_project() {
     const std::string reopen = last.found ? "R reopens " + last.name + ", " : "";
     const std::string answer = Upper(
         Get_word(1, AskUser("TARVEN", reopen + "O opens a project, Enter goes on without", "")));
-    if (answer == "R" && last.found) Run_line("REO");
+    if (answer == "R" && last.found) Run_from_code("REO");
     if (answer == "O") OpenTarvenProjectClick();
 }
 

@@ -67,17 +67,13 @@ void ExitFromTarven(bool dispose) {
         if (!The_report.OutputField.empty() && The_report.OutputChanged &&
             AskYesNo("Output will be erased. Do you want to save it?"))
             Save_report();
-        if (dispose) {
-            Dispose_project();
-            Close_report();
-        }
+        if (dispose) Dispose_project();
     }
     Delete_report_files("ExitFromTarven");
 }
 
 void AutomaticExitFromTarven(bool dispose) {
     if (The_project.ProjectOpen && dispose) Dispose_project();
-    Close_report();
     Delete_report_files("AutomaticExitFromTarven");
 }
 

@@ -156,8 +156,7 @@ bool Open_project_files() {
     The_project.files = Set_project_files(The_project.ProjectPath, The_project.Projectname);
     Start_report_file();
     Show_panels_of_new_project();
-    const bool was_open = The_report.ReportOpen;
-    if (!was_open) Open_report();
+    Open_report();
     const bool opened = Read_definition_file() && Read_variables();
     if (opened) {
         Read_category_names();
@@ -168,7 +167,7 @@ bool Open_project_files() {
         The_project.FilesChanged = false;
         Write_summary();
     }
-    if (!was_open) Close_report();
+    Close_report();
     return opened;
 }
 
@@ -208,7 +207,7 @@ bool OpenTarvenProjectClick(const fs::path& chosen) {
     for (int panel = 4; panel <= 6; ++panel) SetStatus(panel, "");
     Write_heading_line(The_project.Projectname + " opened at " +
                        Path_text(The_project.ProjectPath));
-    Run_line("Show L");
+    Run_from_code("Show L");
     ShowReportLine("The current directory is " + Path_text(fs::current_path()));
     The_report.OutputChanged = false;
     Run_ini_file();

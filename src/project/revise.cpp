@@ -120,7 +120,7 @@ Outcome Revise_variables() {
     ShowMessage(comparison.variables_differ ? "VAR, SYS and TAB files will be created."
                                             : "VAR file will be overwritten.");
     Take_variables(revised, comparison);
-    if (comparison.variables_differ) Run_line("MAK");
+    if (comparison.variables_differ) Run_from_code("MAK");
     return Outcome::done;
 }
 

@@ -35,7 +35,7 @@ bool Open_found_project(const fs::path& DEF, const std::string& name) {
     Give_up_project();
     Set_project(DEF.parent_path(), name);
     if (!Open_project_files()) return false;
-    Run_line("Show E");
+    Run_from_code("Show E");
     return true;
 }
 
@@ -183,14 +183,14 @@ Outcome REOPEN() {
     if (!Open_project_files()) return Outcome::done;
     Write_heading_line(The_project.Projectname + " opened at " +
                        Path_text(The_project.ProjectPath));
-    Run_line("Show L");
+    Run_from_code("Show L");
     Run_ini_file();
     return Outcome::done;
 }
 
 /// Deletes project.tmp, a leftover of an earlier run, unless the report is being written there.
 Outcome S70() {
-    if (The_report.ReportOpen) return Outcome::done;
+    if (The_report.ReportOpen > 0) return Outcome::done;
     const auto file = The_project.files.TMP.path;
     const auto found = file.empty() ? std::nullopt : Find_file(file);
     std::error_code error;

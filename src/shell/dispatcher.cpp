@@ -7,6 +7,7 @@
 #include "shell/commands.h"
 #include "shell/files.h"
 #include "shell/help.h"
+#include "shell/mode.h"
 #include "shell/parsed_line.h"
 #include "shell/report.h"
 #include "shell/session.h"
@@ -17,14 +18,9 @@ namespace tarven {
 
 namespace {
 
+/// "TAB ?". In a mode a "?" among other parameters is the command's own.
 bool Is_help_request() {
-    return The_line.ParameterCount > 0 && The_line.CommandNumber > 0 && Has_parameter('?');
-}
-
-/// The command that a parsed line names; null for what takes the unknown-command branch.
-const Command* Command_of_line() {
-    const Command* command = Find_command(The_line.CommandNumber);
-    return command && command->run ? command : nullptr;
+    return Has_parameter('?') && (The_modes.modes.empty() || The_line.ParameterCount == 1);
 }
 
 std::string Kind_of_test() {
@@ -33,7 +29,7 @@ std::string Kind_of_test() {
 }
 
 /// Runs a command, its needs, its panels and its report. The record is copied, for a command may
-/// run lines that bring other commands.
+/// leave the mode that holds it.
 Outcome Run_command(const Command command) {
     if (!Needs_hold(command.needs)) return Outcome::refused;
     if (command.report == Report::opened) Open_report();
@@ -44,21 +40,38 @@ Outcome Run_command(const Command command) {
     return outcome;
 }
 
+void Write_to_log(const std::string& text) {
+    if (!The_report.LogOn) return;
+    Open_report();
+    Write_report("Command: " + text);
+    Close_report();
+}
+
 void Clear_fields() {
     The_session.command_field.clear();
 }
 
-void End_of_command(const std::string& text, int number, char first) {
-    if (number > 0) {
-        Add_to_history(text);
+/// A line that names something is remembered, a reserved keyword too.
+void End_of_command(const std::string& text, bool known) {
+    if (known) Add_to_history(text);
+    if (known || !text.starts_with('?'))
         Clear_fields();
-    } else if (first == '?') {
+    else
         ShowMessage("Use the Help command to get a list of all commands");
-    } else {
-        Clear_fields();
-    }
     Refresh_test_status();
     for (int panel = 4; panel <= 6; ++panel) SetStatus(panel, "");
+}
+
+/// What a command from code may not change: the caller's line and what its panels say it does.
+struct CallerState {
+    ParsedLine line = The_line;
+    std::vector<std::string> panels = The_user.panels;
+};
+
+void Restore(CallerState caller) {
+    The_line = std::move(caller.line);
+    for (int panel = 4; panel <= 6; ++panel)
+        SetStatus(panel, caller.panels[static_cast<std::size_t>(panel)]);
 }
 
 /// A reopen that waits in the queue cannot succeed without the start-up memory.
@@ -67,15 +80,6 @@ bool Queue_holds_a_vain_reopen() {
 }
 
 }  // namespace
-
-void Enter_mode(Mode mode) {
-    The_modes.modes.push_back(std::move(mode));
-}
-
-void Leave_mode() {
-    assert(!The_modes.modes.empty() && "no mode to leave");
-    The_modes.modes.pop_back();
-}
 
 void ExecuteCommand() {
     std::string text = The_session.command_field;
@@ -88,38 +92,42 @@ void ExecuteCommand() {
         The_session.queue.pop_front();
     }
     Read_command_line(text);
+    Write_to_log(text);
 
-    if (The_report.LogOn) {
+    // An empty text leaves the keyword of the line before it.
+    const Command* command = text.empty() ? nullptr : Find_typed_command(The_line.Keyword);
+    const bool known = command || The_line.CommandNumber > 0;
+    if (known && Is_help_request()) {
         Open_report();
-        Write_report("Command: " + text);
-        Close_report();
-    }
-    if (Is_help_request()) {
-        Open_report();
-        Write_command_help(The_line.CommandNumber);
+        Write_command_help(command);
         Close_report();
         Clear_fields();
         return;
     }
-    const char first = text.empty() ? '?' : text[0];
-    const int number = The_line.CommandNumber;
-    if (const Command* command = Command_of_line()) {
+    if (command && command->run) {
         // A refused line stays in the field for correction and enters no history.
         if (Run_command(*command) == Outcome::refused) return;
-    } else {
-        // A reserved keyword takes this branch too, and is remembered as it has a number.
-        if (first != '?') ShowMessage("Unrecognized command: " + text);
+    } else if (!text.empty() && text[0] != '?') {
+        ShowMessage("Unrecognized command: " + text);
     }
-    End_of_command(text, number, first);
+    End_of_command(text.empty() ? "?" : text, known);
 }
 
 void Run_line(const std::string& text) {
     The_session.command_field = text;
-    if (!The_modes.modes.empty()) {
-        The_modes.modes.back().execute(text);
-        return;
-    }
     ExecuteCommand();
+}
+
+Outcome Run_from_code(const std::string& text) {
+    CallerState caller;
+    Read_command_line(text);
+    Write_to_log(text);
+    const Command* command = Find_command(The_line.CommandNumber);
+    assert(command && command->run && "code runs a command that nobody has registered");
+    const Outcome outcome = Run_command(*command);
+    Refresh_test_status();
+    Restore(std::move(caller));
+    return outcome;
 }
 
 void Add_to_history(const std::string& text) {

@@ -1,33 +1,25 @@
 #pragma once
 
-#include <functional>
 #include <string>
-#include <vector>
+
+#include "shell/commands.h"
 
 namespace tarven {
 
-/// A dispatcher of its own over the same parsed line, as graph mode brings one. The one entered
-/// last receives the typed lines.
-struct Mode {
-    std::string name;
-    std::function<void(const std::string& line)> execute;
-};
-
-struct ModeStack {
-    std::vector<Mode> modes;  ///< empty: the analysis commands
-};
-
-inline ModeStack The_modes;
-
-void Enter_mode(Mode mode);
-void Leave_mode();
-
 /// Takes the line of the command field, or, when that is empty, the first line of the queue, and
-/// runs it to its end. All effects are on the workspace and the report.
+/// runs it to its end, in the mode entered last. All effects are on the workspace and the report.
 void ExecuteCommand();
 
-/// Stores a line in the command field and runs it.
+/// Stores a line in the command field and runs it: a line that is typed, or read from a command
+/// file as if it were.
 void Run_line(const std::string& text);
+
+/// Runs a command of the main mode from within another one, or from the program itself. Needs,
+/// report, log and help of the command are those of a typed line; the caller's parsed line, the
+/// command field, the queue, the history, the mode and the panels of activity stay as they were,
+/// and within an open report its lines join those of the caller. A text that names no command is a
+/// programming error.
+Outcome Run_from_code(const std::string& text);
 
 /// Lines of more than 2 characters; the 20 last are kept, cut to 120 characters.
 void Add_to_history(const std::string& text);

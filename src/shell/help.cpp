@@ -4,9 +4,8 @@
 
 #include <algorithm>
 
-#include "shell/command_table.h"
-#include "shell/commands.h"
 #include "shell/fields.h"
+#include "shell/mode.h"
 #include "shell/report.h"
 #include "shell/text.h"
 
@@ -24,8 +23,7 @@ std::string Title(const Command& command) {
 
 }  // namespace
 
-std::vector<std::string> Command_help(int number) {
-    const Command* command = Find_command(number);
+std::vector<std::string> Command_help(const Command* command) {
     if (!command || (command->help.empty() && command->summary.empty())) return {NoHelp};
     std::vector<std::string> lines = {fmt::format("{}: {}", Title(*command), command->summary)};
     if (!command->available) lines.push_back("This command is not available yet.");
@@ -36,13 +34,13 @@ std::vector<std::string> Command_help(int number) {
     return lines;
 }
 
-void Write_command_help(int number) {
-    for (const std::string& line : Command_help(number)) Write_report(line);
+void Write_command_help(const Command* command) {
+    Write_lines(Command_help(command));
 }
 
 std::vector<std::string> Command_list() {
     std::vector<std::string> lines;
-    for (const Command* command : Registered_commands()) {
+    for (const Command* command : Typed_commands()) {
         if (command->hidden) continue;
         lines.push_back(fmt::format("{} {} {}{}", command->keyword, Left(command->spelling, 13),
                                     command->summary,

@@ -3,17 +3,19 @@
 #include <string>
 #include <vector>
 
+#include "shell/commands.h"
+
 namespace tarven {
 
 /// The help text of a command, as "KEYWORD ?" writes it into the report: "There is no help
-/// available for this command" for a number without a text.
-std::vector<std::string> Command_help(int number);
-void Write_command_help(int number);
+/// available for this command" for null and for a command without a text.
+std::vector<std::string> Command_help(const Command* command);
+void Write_command_help(const Command* command);
 
-/// One line a command, as HELP lists them.
+/// One line a command, as HELP lists those of the mode where lines are typed.
 std::vector<std::string> Command_list();
 
-/// The user's reference of all commands as Markdown (UTF-8), from the same texts.
+/// The user's reference of all commands of the main mode as Markdown (UTF-8), from the same texts.
 std::string Command_reference();
 
 }  // namespace tarven

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <cassert>
 #include <cerrno>
 #include <cstring>
 #include <ctime>
@@ -15,39 +16,50 @@ namespace tarven {
 
 namespace {
 
+void Tell_failure(int error_number) {
+    if (The_report.failure_told) return;
+    The_report.failure_told = true;
+    ShowMessage(fmt::format("{} could not be written: {}. The report is kept in memory",
+                            Path_text(The_report.ReportFile), std::strerror(error_number)));
+}
+
 /// Opens the first stage. Lines are kept in memory as well, so an unwritable file loses nothing
 /// but the safety against a crash.
 void Open_first_stage(const char* mode) {
     if (The_report.ReportFile.empty()) The_report.ReportFile = The_session.StartPath / "TARVEN.TMP";
     The_report.file.reset(std::fopen(The_report.ReportFile.c_str(), mode));
-    const int error_number = errno;
-    The_report.ReportOpen = true;
-    if (The_report.file) {
+    if (The_report.file)
         std::setvbuf(The_report.file.get(), nullptr, _IOLBF, 4096);
-    } else if (!The_report.failure_told) {
-        The_report.failure_told = true;
-        ShowMessage(fmt::format("{} could not be written: {}. The report is kept in memory",
-                                Path_text(The_report.ReportFile), std::strerror(error_number)));
-    }
+    else
+        Tell_failure(errno);
 }
 
-void Write_line(const std::string& line) {
-    if (!The_report.ReportOpen) {
-        The_report.OutputField.push_back(line);
-        The_report.OutputChanged = true;
-        if (The_report.on_line) The_report.on_line(line);
-        return;
-    }
-    The_report.first_stage.push_back(line);
+void Write_to_file(const std::string& line) {
     if (!The_report.file) return;
     const std::string bytes = To_utf8(line) + "\n";
     if (std::fwrite(bytes.data(), 1, bytes.size(), The_report.file.get()) == bytes.size()) return;
     const int error_number = errno;
     The_report.file.reset();
-    if (The_report.failure_told) return;
-    The_report.failure_told = true;
-    ShowMessage(fmt::format("{} could not be written: {}. The report is kept in memory",
-                            Path_text(The_report.ReportFile), std::strerror(error_number)));
+    Tell_failure(error_number);
+}
+
+void Write_to_field(const std::string& line) {
+    The_report.OutputField.push_back(line);
+    The_report.OutputChanged = true;
+    if (The_report.on_line) The_report.on_line(line);
+}
+
+void Write_line(const std::string& line) {
+    if (The_report.ReportOpen == 0) return Write_to_field(line);
+    The_report.first_stage.push_back(line);
+    Write_to_file(line);
+}
+
+void Move_first_stage() {
+    The_report.file.reset();
+    std::vector<std::string> lines;
+    lines.swap(The_report.first_stage);
+    for (const std::string& line : lines) Write_to_field(line);
 }
 
 template <class Sink>
@@ -65,37 +77,34 @@ void Each_line(std::string_view text, Sink sink) {
 }  // namespace
 
 void Open_report() {
-    if (The_report.ReportOpen) {
-        The_report.file.reset();
-        Open_first_stage("ab");
-        Write_header("Output appended in TARVEN mode");
-        return;
-    }
-    The_report.first_stage.clear();
+    const bool within = The_report.ReportOpen++ > 0;
+    // A file that failed holds what it could be given; creating it anew would take that away.
+    if (within && (The_report.file || The_report.failure_told)) return;
     Open_first_stage("wb");
+    const std::vector<std::string> held = The_report.first_stage;
+    for (const std::string& line : held) Write_to_file(line);
 }
 
 void Close_report() {
-    The_report.file.reset();
-    The_report.ReportOpen = false;
-    std::vector<std::string> lines;
-    lines.swap(The_report.first_stage);
-    for (const std::string& line : lines) Write_line(line);
+    assert(The_report.ReportOpen > 0 && "a report is closed that nobody opened");
+    if (--The_report.ReportOpen == 0) Move_first_stage();
 }
 
 void Flush_report() {
-    Close_report();
-    Open_report();
+    assert(The_report.ReportOpen > 0 && "a report is flushed that nobody opened");
+    Move_first_stage();
+    Open_first_stage("wb");
+}
+
+void End_report() {
+    The_report.ReportOpen = 0;
+    Move_first_stage();
 }
 
 std::string Backup_report() {
     std::vector<std::string> lines = {"Copy of TMPfile"};
     lines.insert(lines.end(), The_report.first_stage.begin(), The_report.first_stage.end());
     const std::filesystem::path copy = The_report.ReportFile.parent_path() / "TMPcopy.txt";
-    if (The_report.ReportOpen) {
-        The_report.file.reset();
-        Open_first_stage("ab");
-    }
     return Write_text_file(copy, lines);
 }
 
@@ -108,10 +117,7 @@ void Write_lines(const std::vector<std::string>& lines) {
 }
 
 void ShowReportLine(std::string_view line) {
-    const bool open = The_report.ReportOpen;
-    The_report.ReportOpen = false;
-    Each_line(line, Write_line);
-    The_report.ReportOpen = open;
+    Each_line(line, Write_to_field);
 }
 
 void Write_header(std::string_view text) {
@@ -147,7 +153,7 @@ void Clear_report_field() {
 }
 
 void Release_report_file() {
-    The_report.file.reset();
+    Move_first_stage();
     The_report.ReportFile.clear();
     The_report.failure_told = false;
 }

@@ -12,11 +12,12 @@ namespace tarven {
 
 /// The report has two stages. Between Open_report and Close_report lines go to a text file, each
 /// at once, so that they survive a crash of a long analysis; Close_report moves them, in order,
-/// into OutputField, which is what the user reads. Lines are Latin-1; control characters in them
-/// are made harmless on the way in.
+/// into OutputField, which is what the user reads. The pairs nest, so a procedure opens the report
+/// without asking who has opened it before. Lines are Latin-1; control characters in them are made
+/// harmless on the way in.
 struct ReportSink {
     std::filesystem::path ReportFile;      ///< first stage, project.TMP
-    bool ReportOpen = false;               ///< the first stage is being written
+    int ReportOpen = 0;                    ///< Open_report without its Close_report, how deep
     std::vector<std::string> OutputField;  ///< second stage
     bool OutputChanged = false;            ///< it has lines not saved or appended
     bool LogOn = false;                    ///< each command is echoed into the report
@@ -31,18 +32,21 @@ struct ReportSink {
 
 inline ReportSink The_report;
 
-/// Creates ReportFile anew. When the report is open already: goes on behind the lines that stand
-/// there, under the title "Output appended in TARVEN mode". Without a project the file is
-/// TARVEN.TMP in the start folder. A file that cannot be written is told once, and the lines are
-/// kept in memory alone.
+/// The outermost call creates ReportFile anew; one within it goes on behind the lines that stand
+/// there. Without a project the file is TARVEN.TMP in the start folder. A file that cannot be
+/// written is told once, and the lines are kept in memory alone.
 void Open_report();
 
-/// Moves the lines of the first stage into OutputField. The file stays; the next Open_report
-/// overwrites it.
+/// The outermost call moves the lines of the first stage into OutputField; one within it leaves
+/// them to the command that opened the report. The file stays; the next Open_report overwrites it.
 void Close_report();
 
-/// Close_report and Open_report, between the steps of a long analysis.
+/// Moves the lines that stand there now into OutputField and begins the file anew, between the
+/// steps of a long analysis, however deep the report is open.
 void Flush_report();
+
+/// Closes the report however deep it is open, for a program that ends in the middle of a command.
+void End_report();
 
 /// Before an analysis that may end the process: TMPcopy.txt beside ReportFile gets the title "Copy
 /// of TMPfile" and the lines of the first stage. The text of a failure, or empty.
@@ -71,7 +75,8 @@ std::string Date_and_time();
 void Clear_report_field();
 
 /// Closes and forgets the first stage's file, before it is deleted or replaced by another
-/// project's.
+/// project's. Its lines move into OutputField. A report that is open stays so: what follows is kept
+/// in memory until the next Open_report finds a ReportFile to write.
 void Release_report_file();
 
 }  // namespace tarven

@@ -3,6 +3,7 @@
 #include "shell/command_stream.h"
 #include "shell/dispatcher.h"
 #include "shell/lifecycle.h"
+#include "shell/mode.h"
 #include "shell/parsed_line.h"
 #include "shell/report.h"
 #include "shell/session.h"

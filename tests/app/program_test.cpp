@@ -130,13 +130,15 @@ TEST_F(Program, NamesWhatEndsItAndShowsTheOpenReport) {
     const int status = Run_guarded([]() -> int {
         Open_report();
         Write_report("found before");
+        Open_report();
+        Write_report("found within");
         throw std::bad_alloc();
     });
     EXPECT_EQ(::testing::internal::GetCapturedStderr(), "tarven ends: no memory\n");
     The_report.on_line = nullptr;
     EXPECT_EQ(status, 1);
-    EXPECT_EQ(heard, std::vector<std::string>{"found before"});
-    EXPECT_EQ(Bytes("TARVEN.TMP"), "found before\n");
+    EXPECT_EQ(heard, (std::vector<std::string>{"found before", "found within"}));
+    EXPECT_EQ(Bytes("TARVEN.TMP"), "found before\nfound within\n");
 }
 
 TEST_F(Program, TalksAtATerminal) {

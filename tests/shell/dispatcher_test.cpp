@@ -116,24 +116,6 @@ TEST_F(Dispatcher, ClearsThePanelsOfActivity) {
         EXPECT_EQ(The_user.panels[static_cast<std::size_t>(panel)], panel < 4 ? "busy" : "");
 }
 
-TEST_F(Dispatcher, HandsTypedLinesToTheModeEnteredLast) {
-    Lines outer;
-    Lines inner;
-    Enter_mode({"outer", [&](const std::string& line) { outer.push_back(line); }});
-    Run({"LOC"});
-    Enter_mode({"inner", [&](const std::string& line) {
-                    inner.push_back(line);
-                    if (line == "EXI") Leave_mode();
-                }});
-    Run({"one", "EXI", "two"});
-    EXPECT_EQ(outer, (Lines{"LOC", "two"}));
-    EXPECT_EQ(inner, (Lines{"one", "EXI"}));
-    EXPECT_FALSE(The_settings.LocalTests);
-    Leave_mode();
-    Run({"LOC"});
-    EXPECT_TRUE(The_settings.LocalTests);
-}
-
 TEST_F(Dispatcher, TestsNeedsInOrderAndPassesWarnings) {
     const std::vector<Need> needs = {{[] { return false; }, "only a warning", true},
                                      {[] { return true; }, "held"},

@@ -28,23 +28,47 @@ TEST_F(TwoStages, KeepLinesOnDiskUntilTheyAreClosedIntoSight) {
     ShowReportLine("straight");
     Close_report();
     EXPECT_EQ(The_report.OutputField, (Lines{"first", "straight", "second"}));
-    EXPECT_FALSE(The_report.ReportOpen);
+    EXPECT_EQ(The_report.ReportOpen, 0);
     EXPECT_TRUE(The_report.OutputChanged);
     EXPECT_EQ(Bytes("TARVEN.TMP"), "second\n") << "nothing is deleted by closing";
     Open_report();
     EXPECT_EQ(Bytes("TARVEN.TMP"), "") << "the next opening overwrites";
 }
 
-TEST_F(TwoStages, GoOnBehindAReportThatIsStillOpen) {
+TEST_F(TwoStages, MoveTheLinesOfAReportWithinAReportWithTheOuterOne) {
     Open_report();
     Write_report("before");
     Open_report();
+    Write_report("within");
+    Close_report();
+    Write_report("behind");
+    EXPECT_EQ(The_report.OutputField, Lines{});
+    EXPECT_EQ(Bytes("TARVEN.TMP"), "before\nwithin\nbehind\n");
+    Open_report();
+    Flush_report();
+    EXPECT_EQ(The_report.OutputField, (Lines{"before", "within", "behind"}));
+    Write_report("flushed");
+    Close_report();
+    EXPECT_EQ(The_report.OutputField.size(), 3U) << "the outer report is open still";
+    EXPECT_EQ(Bytes("TARVEN.TMP"), "flushed\n");
+    Close_report();
+    EXPECT_EQ(The_report.OutputField.back(), "flushed");
+    EXPECT_EQ(The_report.ReportOpen, 0);
+}
+
+TEST_F(TwoStages, GoOnInTheFileOfTheNextProjectWithinAnOpenReport) {
+    Open_report();
+    Write_report("before");
+    Release_report_file();
+    EXPECT_EQ(The_report.OutputField, Lines{"before"});
+    Write_report("between");
+    The_report.ReportFile = folder / "next.TMP";
+    Open_report();
     Write_report("after");
     Close_report();
-    ASSERT_GE(The_report.OutputField.size(), 3U);
-    EXPECT_EQ(The_report.OutputField.front(), "before");
-    EXPECT_TRUE(Has_line_with(The_report.OutputField, "Output appended in TARVEN mode"));
-    EXPECT_EQ(The_report.OutputField.back(), "after");
+    EXPECT_EQ(Bytes("next.TMP"), "between\nafter\n") << "what memory held goes first";
+    Close_report();
+    EXPECT_EQ(The_report.OutputField, (Lines{"before", "between", "after"}));
 }
 
 TEST_F(TwoStages, CopyWhatACrashWouldTake) {
@@ -61,6 +85,9 @@ TEST_F(TwoStages, LoseNothingWhenTheFileCannotBeWritten) {
     for (int time = 1; time <= 2; ++time) {
         Open_report();
         Write_report("kept");
+        Open_report();
+        Write_report("kept");
+        Close_report();
         Close_report();
     }
     int told = 0;
@@ -70,7 +97,7 @@ TEST_F(TwoStages, LoseNothingWhenTheFileCannotBeWritten) {
         if (line == "kept") ++kept;
     }
     EXPECT_EQ(told, 1) << Joined(The_report.OutputField);
-    EXPECT_EQ(kept, 2);
+    EXPECT_EQ(kept, 4);
 }
 
 TEST_F(TwoStages, HandEveryLineOnOnceAndInOrder) {
