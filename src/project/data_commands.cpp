@@ -126,7 +126,7 @@ void SHOW_D() {
 }
 
 Outcome INPUT() {
-    return Run_letters(LetterCommand::input, "INPUT");
+    return Run_letters(LetterCommand::input);
 }
 
 void INPUT_D() {
@@ -178,7 +178,7 @@ void Register_data_lifecycle() {
     At_moment(Moment::workspace_reset, "data", Dispose_data);
     At_moment(Moment::project_about_to_close, "data", Dispose_data);
     At_moment(Moment::variables_changed, "data", Dispose_data_of_other_variables);
-    The_environment_sources.data = Environment_of_data;
+    Register_environment(EnvironmentPart::in_memory, Environment_of_data);
 }
 
 }  // namespace
@@ -269,25 +269,24 @@ void Register_data_commands() {
                       .needs = {NeedsProject},
                       .spelling = "INPUT",
                       .summary = "reads files of the project again",
-                      .help = "INPUT letters\n\n"
-                              "Reads files of the project again, in the order V, D, T, B, G:\n"
-                              "D  the cases into memory, from the SYS file or without one from\n"
-                              "   the DAT file; asks before cases in memory are given up\n"
-                              "T  the response patterns of the TAB file into memory\n"
-                              "V  the definitions, B  the beliefs, G  the graph\n"
-                              "Example: INPUT DT\n"
-                              "Refused without a letter or a project; a file that does not fit\n"
-                              "the variables is not used."});
-    Register_letter(LetterCommand::input, {.letter = 'D',
-                                           .run = INPUT_D,
-                                           .needs = {NeedsProject},
-                                           .report = Report::none,
-                                           .summary = "reads the cases into memory"});
+                      .help =
+                          "Reads files of the project again, in the order of this list. D asks\n"
+                          "before cases in memory are given up.\n\n"
+                          "Example: INPUT DT\n\n"
+                          "Refused without a letter or a project; a file that does not fit\n"
+                          "the variables is not used.",
+                      .letters = LetterCommand::input});
+    Register_letter(LetterCommand::input,
+                    {.letter = 'D',
+                     .run = INPUT_D,
+                     .needs = {NeedsProject},
+                     .report = Report::none,
+                     .summary = "the cases, from the SYS file or without one from the DAT file"});
     Register_letter(LetterCommand::input, {.letter = 'T',
                                            .run = INPUT_T,
                                            .needs = {NeedsProject},
                                            .report = Report::none,
-                                           .summary = "reads the TAB file into memory"});
+                                           .summary = "the response patterns of the TAB file"});
     Register_letter(LetterCommand::show, {.letter = 'D',
                                           .run = SHOW_D,
                                           .needs = {NeedsProject},

@@ -19,9 +19,6 @@ namespace fs = std::filesystem;
 void Dispose_project() {
     Run_moment(Moment::project_about_to_close);
     Dispose_data();
-    SetStatus(1, "No table");
-    SetStatus(2, "No items");
-    SetStatus(3, "No exogenous");
 }
 
 /// Deletes the temporary files of the report; one that stays is told.

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "project/data.h"
+#include "project/later_project_commands.h"
 #include "project/project.h"
 #include "project/project_log.h"
 #include "project/project_report.h"
@@ -29,6 +30,7 @@ void Register_project_commands() {
     Register_start_commands();
     Register_report_commands();
     Register_revise_commands();
+    Register_later_project_commands();
     Register_command({.keyword = "QVM",
                       .run = QVM,
                       .report = Report::opened,
@@ -36,10 +38,11 @@ void Register_project_commands() {
                       .help = "QVM\n\nPrints the fields of the workspace by their names.",
                       .hidden = true});
     const Need variables{[] { return The_project.N > 0; }, "Variables have not been defined"};
-    Register_letter(LetterCommand::show, {.letter = 'V',
-                                          .run = [] { Write_lines(Variables_report(The_project)); },
-                                          .needs = {variables},
-                                          .summary = "variables and categories"});
+    Register_letter(LetterCommand::show,
+                    {.letter = 'V',
+                     .run = [] { Write_lines(Variables_report(The_project)); },
+                     .needs = {variables},
+                     .summary = "variables and categories, comments, relationships"});
     Register_letter(LetterCommand::show, {.letter = 'C',
                                           .run = [] { Write_lines(Comments_report(The_project)); },
                                           .summary = "the comments of the project"});

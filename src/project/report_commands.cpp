@@ -101,7 +101,7 @@ Outcome READ() {
 }
 
 Outcome SAVE() {
-    return Run_letters(LetterCommand::save, "SAVE");
+    return Run_letters(LetterCommand::save);
 }
 
 }  // namespace
@@ -157,9 +157,8 @@ void Register_report_commands() {
                       .run = SAVE,
                       .spelling = "SAVE",
                       .summary = "saves gamma values, models and beliefs (none of them yet)",
-                      .help =
-                          "SAVE letters\n\nG gamma values, R the current GLLRM, B beliefs. None\n"
-                          "of them is available yet; the report is saved by OUT."});
+                      .help = "The report is saved by OUT.",
+                      .letters = LetterCommand::save});
 }
 
 }  // namespace tarven

@@ -249,16 +249,7 @@ void Register_revise_commands() {
     Register_letter(LetterCommand::input, {.letter = 'V',
                                            .run = INPUT_V,
                                            .needs = {ProjectNeeded},
-                                           .summary = "reads the definitions again"});
-    Register_letter(LetterCommand::input, {.letter = 'G',
-                                           .run =
-                                               [] {
-                                                   ShowMessage(The_project.files.GRF.exists
-                                                                   ? "INPUT G is not available yet"
-                                                                   : "No GRAPH file.");
-                                               },
-                                           .needs = {ProjectNeeded},
-                                           .summary = "reads the graph again"});
+                                           .summary = "the definitions: DEF, VAR and CAT files"});
 }
 
 }  // namespace tarven

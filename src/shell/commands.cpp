@@ -25,9 +25,15 @@ Registry& The_registry() {
     return registry;
 }
 
-void Run_letter(const Letter& letter) {
+void Run_letter(LetterCommand command, const Letter& letter) {
     if (letter.report == Report::opened) Open_report();
-    if (Needs_hold(letter.needs)) letter.run();
+    if (Needs_hold(letter.needs)) {
+        if (letter.available)
+            letter.run();
+        else
+            ShowMessage(
+                fmt::format("{} {} is not available yet", Spelling(command), letter.letter));
+    }
     if (letter.report == Report::opened) Close_report();
 }
 
@@ -36,9 +42,7 @@ void Run_letter(const Letter& letter) {
 void Register_command(Command command) {
     const int number = Command_number(command.keyword);
     assert(number > 0 && "a command outside the command table");
-    const Command* known = Find_command(number);
-    assert((!known || !known->available) && "a command is registered twice");
-    (void)known;
+    assert(!Find_command(number) && "a command is registered twice");
     if (command.spelling.empty()) command.spelling = command.keyword;
     The_registry().commands[number] = std::move(command);
 }
@@ -60,6 +64,7 @@ std::vector<const Command*> Registered_commands() {
 void Register_letter(LetterCommand command, Letter letter) {
     assert(Letters_in_order(command).find(letter.letter) != std::string_view::npos &&
            "a letter without a place in the order");
+    assert(!Find_letter(command, letter.letter) && "a letter is registered twice");
     const char key = letter.letter;
     The_registry().letters[{command, key}] = std::move(letter);
 }
@@ -82,20 +87,31 @@ const Letter* Find_letter(LetterCommand command, char letter) {
     return found == The_registry().letters.end() ? nullptr : &found->second;
 }
 
-Outcome Run_letters(LetterCommand command, std::string_view name) {
-    // A letter may run further lines, which replace the parsed line.
-    const ParsedLine line = The_line;
+std::string_view Spelling(LetterCommand command) {
+    switch (command) {
+        case LetterCommand::show:
+            return "SHOW";
+        case LetterCommand::dispose:
+            return "DISPOSE";
+        case LetterCommand::input:
+            return "INPUT";
+        default:
+            return "SAVE";
+    }
+}
+
+Outcome Run_letters(LetterCommand command) {
+    const ParsedLine line = The_line;  // a letter may ask for parameters, which then replace it
     bool ran = false;
     for (const char key : Letters_in_order(command)) {
-        if (!Has_parameter(line, key)) continue;
+        const Letter* letter = Has_parameter(line, key) ? Find_letter(command, key) : nullptr;
+        if (!letter) continue;
         ran = true;
-        if (const Letter* letter = Find_letter(command, key))
-            Run_letter(*letter);
-        else
-            ShowMessage(fmt::format("{} {} is not available yet", name, key));
+        Run_letter(command, *letter);
     }
     if (ran) return Outcome::done;
-    ShowMessage(fmt::format("{} needs one of the letters {}", name, Letters_in_order(command)));
+    ShowMessage(fmt::format("{} needs one of the letters {}", Spelling(command),
+                            Letters_in_order(command)));
     return Outcome::refused;
 }
 

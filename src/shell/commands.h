@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,6 +24,9 @@ struct Need {
 /// Whether the dispatcher opens and closes the report around a command.
 enum class Report : std::uint8_t { none, opened };
 
+/// Commands whose letters other floors add.
+enum class LetterCommand : std::uint8_t { show, dispose, input, save };
+
 struct Command {
     std::string keyword;           ///< of the command table
     std::function<Outcome()> run;  ///< reads The_line
@@ -30,15 +34,16 @@ struct Command {
     std::string activity;             ///< panel 4 while the command runs; empty: left alone
     bool shows_kind_of_test = false;  ///< panel 5: "Exact tests (n)" or "Asymptotic test"
     Report report = Report::none;
-    std::string spelling;   ///< "TABULATE", for the reader; the keyword by default
-    std::string summary;    ///< the one line of HELP
-    std::string help;       ///< forms, what it does, an example, what it refuses
-    bool available = true;  ///< false: answers that it is not available yet
-    bool hidden = false;    ///< not listed by HELP; without `run`, unrecognized
+    std::string spelling;                    ///< "TABULATE", for the reader; the keyword by default
+    std::string summary;                     ///< the one line of HELP
+    std::string help;                        ///< forms, what it does, an example, what it refuses
+    std::optional<LetterCommand> letters{};  ///< help is what stands behind the list of its letters
+    bool available = true;                   ///< false: answers that it is not available yet
+    bool hidden = false;                     ///< not listed by HELP; without `run`, unrecognized
 };
 
-/// Adds a command, or replaces one that is not available yet. A keyword outside the command table
-/// and a second registration of an available command are programming errors.
+/// Adds a command. A keyword outside the command table and a second registration are programming
+/// errors.
 void Register_command(Command command);
 
 /// The command of a number, or null for one that nobody registered.
@@ -47,16 +52,14 @@ const Command* Find_command(int number);
 /// All registered commands in the order of their keywords.
 std::vector<const Command*> Registered_commands();
 
-/// Commands whose letters other floors add.
-enum class LetterCommand : std::uint8_t { show, dispose, input, save };
-
 /// What one letter of such a command does.
 struct Letter {
     char letter = ' ';
     std::function<void()> run;
     std::vector<Need> needs;
     Report report = Report::opened;
-    std::string summary;  ///< for the help text of the command
+    std::string summary;    ///< its line in the help text of the command
+    bool available = true;  ///< false, and no `run`: answers that it is not available yet
 };
 
 void Register_letter(LetterCommand command, Letter letter);
@@ -65,9 +68,12 @@ void Register_letter(LetterCommand command, Letter letter);
 std::string_view Letters_in_order(LetterCommand command);
 const Letter* Find_letter(LetterCommand command, char letter);
 
-/// Runs every letter among the parameters of The_line, in the fixed order. A letter that no floor
-/// has registered says so. Refused when there is no letter to run.
-Outcome Run_letters(LetterCommand command, std::string_view name);
+/// The spelling of the command: "SHOW".
+std::string_view Spelling(LetterCommand command);
+
+/// Runs every letter among the parameters of The_line, in the fixed order. Refused when there is no
+/// letter to run.
+Outcome Run_letters(LetterCommand command);
 
 /// Tests needs in order, showing messages; false when one that is no warning fails.
 bool Needs_hold(const std::vector<Need>& needs);

@@ -10,9 +10,19 @@ namespace tarven {
 
 namespace {
 
-void Append(std::vector<std::string>& lines, const std::function<std::vector<std::string>()>& more,
-            const std::vector<std::string>& otherwise) {
-    Append_lines(lines, more ? more() : otherwise);
+struct Contribution {
+    EnvironmentPart part;
+    std::function<std::vector<std::string>()> lines;
+};
+
+std::vector<Contribution>& Contributions() {
+    static std::vector<Contribution> contributions;
+    return contributions;
+}
+
+void Append_part(std::vector<std::string>& lines, EnvironmentPart part) {
+    for (const Contribution& contribution : Contributions())
+        if (contribution.part == part) Append_lines(lines, contribution.lines());
 }
 
 std::string Kind_of_tests() {
@@ -24,22 +34,22 @@ std::string Kind_of_tests() {
 
 }  // namespace
 
+void Register_environment(EnvironmentPart part, std::function<std::vector<std::string>()> lines) {
+    Contributions().push_back({part, std::move(lines)});
+}
+
 std::vector<std::string> Environment_lines() {
-    const EnvironmentSources& sources = The_environment_sources;
     const std::string rule(60, '-');
     std::vector<std::string> lines = {rule, "ENVIRONMENT:"};
-    Append(lines, sources.data, {" In memory :     DATA     -    not ready"});
-    Append(lines, sources.table, {"                 Table    -    not ready"});
-    lines.push_back("          SCREEN-RESULTS  -    not ready");
+    Append_part(lines, EnvironmentPart::in_memory);
     lines.push_back("Command line: " + The_session.arguments);
     lines.push_back(rule);
-    if (sources.hypotheses_exist && sources.hypotheses_exist()) lines.push_back("Hypotheses exist");
+    Append_part(lines, EnvironmentPart::above_tests);
     lines.push_back("Statistical tests:");
     lines.push_back(Kind_of_tests());
     if (The_settings.LocalTests) lines.push_back(" - Local test results will be reported");
     if (The_settings.PartialTests)
         lines.push_back(" - Tests against partial association will be reported");
-    Append(lines, sources.screening, {});
     return lines;
 }
 

@@ -1,22 +1,20 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
 
 namespace tarven {
 
-/// Lines of the environment report that a floor above knows: what of the data and of the table is
-/// in memory, and whether hypotheses exist.
-struct EnvironmentSources {
-    std::function<std::vector<std::string>()> data;   ///< DATA and TABDATA
-    std::function<std::vector<std::string>()> table;  ///< Table
-    std::function<bool()> hypotheses_exist;
-    std::function<std::vector<std::string>()> screening;  ///< what screening has found
+/// Where lines of a floor stand in the environment report.
+enum class EnvironmentPart : std::uint8_t {
+    in_memory,   ///< what is ready: data, table, results
+    above_tests  ///< what there is to test, in front of how tests are made
 };
 
-/// Set while floors register; it stays through the resets of the workspace.
-inline EnvironmentSources The_environment_sources;
+/// Adds lines to the report, behind those of the floors below. Once in a process.
+void Register_environment(EnvironmentPart part, std::function<std::vector<std::string>()> lines);
 
 /// The report of SHOW E.
 std::vector<std::string> Environment_lines();

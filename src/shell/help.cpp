@@ -21,15 +21,30 @@ std::string Title(const Command& command) {
                : fmt::format("{} ({})", command.keyword, command.spelling);
 }
 
+/// "SHOW letters", a line for each letter, and what the command says of them all.
+std::string Help_of_letters(LetterCommand command, const std::string& behind) {
+    std::string text = fmt::format("{} letters\n\n", Spelling(command));
+    for (const char key : Letters_in_order(command))
+        if (const Letter* letter = Find_letter(command, key))
+            text += fmt::format("  {}  {}{}\n", key, letter->summary,
+                                letter->available ? "" : " (not available yet)");
+    return text + "\n" + behind;
+}
+
+std::string Help_text(const Command& command) {
+    return command.letters ? Help_of_letters(*command.letters, command.help) : command.help;
+}
+
 }  // namespace
 
 std::vector<std::string> Command_help(const Command* command) {
     if (!command || (command->help.empty() && command->summary.empty())) return {NoHelp};
     std::vector<std::string> lines = {fmt::format("{}: {}", Title(*command), command->summary)};
     if (!command->available) lines.push_back("This command is not available yet.");
-    if (!command->help.empty()) {
+    const std::string help = Help_text(*command);
+    if (!help.empty()) {
         lines.push_back("");
-        for (const std::string& line : Split_lines(command->help)) lines.push_back(line);
+        for (const std::string& line : Split_lines(help)) lines.push_back(line);
     }
     return lines;
 }
@@ -58,7 +73,8 @@ std::string Command_reference() {
     for (const Command* command : Registered_commands()) {
         if (command->hidden || !command->available) continue;
         text += fmt::format("\n## {}\n\n{}\n", Title(*command), command->summary);
-        if (!command->help.empty()) text += fmt::format("\n```\n{}\n```\n", command->help);
+        const std::string help = Help_text(*command);
+        if (!help.empty()) text += fmt::format("\n```\n{}\n```\n", help);
     }
     text += "\n## Not available yet\n\n";
     for (const Command* command : Registered_commands())

@@ -1,9 +1,26 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
+#include "shell/commands.h"
+
 namespace tarven {
 
-/// Registers every keyword whose procedure no floor has brought yet, with its line of HELP and the
-/// refusals that hold already. A floor that registers the command replaces the entry.
-void Register_later_commands();
+/// A command of the list whose procedure nobody has written yet. It stands with the floor that will
+/// bring it, so that HELP tells of it and the refusals that hold already are those of the command.
+struct LaterCommand {
+    std::string keyword;
+    std::string spelling;
+    std::string summary;
+    std::vector<Need> needs{};
+};
+
+/// Registers commands that refuse with "The command TABULATE is not available yet" where their
+/// needs hold.
+void Register_later_commands(const std::vector<LaterCommand>& commands);
+
+/// A need that nothing can meet yet; only of lines with `letter` when one is given.
+Need Never(std::string message, char letter = 0);
 
 }  // namespace tarven

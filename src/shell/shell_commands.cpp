@@ -7,7 +7,6 @@
 #include "shell/commands.h"
 #include "shell/environment.h"
 #include "shell/help.h"
-#include "shell/later_commands.h"
 #include "shell/limits_report.h"
 #include "shell/parsed_line.h"
 #include "shell/report.h"
@@ -44,11 +43,11 @@ void Show_news() {
 }
 
 Outcome SHOW() {
-    return Run_letters(LetterCommand::show, "SHOW");
+    return Run_letters(LetterCommand::show);
 }
 
 Outcome DISPOSE() {
-    return Run_letters(LetterCommand::dispose, "DISPOSE");
+    return Run_letters(LetterCommand::dispose);
 }
 
 Outcome AUTOMATIC() {
@@ -75,7 +74,6 @@ void Toggle_log() {
 }
 
 void Register_shell_commands() {
-    Register_later_commands();
     Register_test_settings_commands();
 
     Register_command(
@@ -83,34 +81,17 @@ void Register_shell_commands() {
          .run = SHOW,
          .spelling = "SHOW",
          .summary = "writes parts of the workspace into the report",
-         .help = "SHOW letters\n"
-                 "\n"
-                 "  V  variables and categories, comments, relationships\n"
-                 "  L  the limits of the system\n"
-                 "  P  the project log\n"
-                 "  N  additions by version\n"
-                 "  E  the environment: what is in memory, how tests are made\n"
-                 "  D  the data source\n"
-                 "  T  the current table\n"
-                 "  C  the comments of the project\n"
-                 "  H  the hypotheses\n"
-                 "  G, R, I, S, B  graphs, items, scores and beliefs (not available yet)\n"
-                 "\n"
-                 "Several letters may stand in one line; they are shown in the order G V L P N R\n"
-                 "E D T C H I S B.\n"
-                 "\n"
-                 "Example: SHO VD"});
+         .help =
+             "Several letters may stand in one line; they are shown in the order of this list.\n"
+             "\n"
+             "Example: SHO VD",
+         .letters = LetterCommand::show});
     Register_command({.keyword = "DIS",
                       .run = DISPOSE,
                       .spelling = "DISPOSE",
                       .summary = "gives up parts of the workspace",
-                      .help = "DISPOSE letters\n"
-                              "\n"
-                              "  O  clears the report field\n"
-                              "  T  gives up the current table and its hypotheses\n"
-                              "  I, E, B  items, exogenous variables, beliefs (not available yet)\n"
-                              "\n"
-                              "Example: DIS T"});
+                      .help = "Example: DIS T",
+                      .letters = LetterCommand::dispose});
     Register_command({.keyword = "AUT",
                       .run = AUTOMATIC,
                       .report = Report::opened,
@@ -135,12 +116,26 @@ void Register_shell_commands() {
                       .summary = "is accepted and does nothing",
                       .hidden = true});
 
-    Register_letter(LetterCommand::show, {.letter = 'L', .run = Show_limits});
-    Register_letter(LetterCommand::show, {.letter = 'N', .run = Show_news});
+    Register_command({.keyword = "PBO",
+                      .run =
+                          [] {
+                              ShowMessage("Not ready yet");
+                              return Outcome::done;
+                          },
+                      .summary = "power of bootstrap tests (not ready yet)"});
+
     Register_letter(LetterCommand::show,
-                    {.letter = 'E', .run = [] { Write_lines(Environment_lines()); }});
-    Register_letter(LetterCommand::dispose,
-                    {.letter = 'O', .run = Clear_report_field, .report = Report::none});
+                    {.letter = 'L', .run = Show_limits, .summary = "the limits of the system"});
+    Register_letter(LetterCommand::show,
+                    {.letter = 'N', .run = Show_news, .summary = "additions by version"});
+    Register_letter(LetterCommand::show,
+                    {.letter = 'E',
+                     .run = [] { Write_lines(Environment_lines()); },
+                     .summary = "the environment: what is in memory, how tests are made"});
+    Register_letter(LetterCommand::dispose, {.letter = 'O',
+                                             .run = Clear_report_field,
+                                             .report = Report::none,
+                                             .summary = "the report field"});
 }
 
 }  // namespace tarven

@@ -2,8 +2,7 @@
 
 namespace tarven {
 
-/// SHOW, DISPOSE, INPUT and SAVE over their letters, AUTOMATIC, HELP, the settings of tests, and an
-/// honest answer for every command that is not available yet.
+/// SHOW and DISPOSE over their letters, AUTOMATIC, HELP and the settings of tests.
 void Register_shell_commands();
 
 /// What the Log button does: each command is echoed into the report, or no longer.

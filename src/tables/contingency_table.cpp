@@ -7,6 +7,7 @@
 #include "shell/fields.h"
 #include "shell/lifecycle.h"
 #include "shell/user.h"
+#include "tables/random_stream.h"
 
 namespace tarven {
 
@@ -201,6 +202,7 @@ void Show_table_status() {
 
 void Register_table_lifecycle() {
     At_moment(Moment::workspace_reset, "table", [] { The_table = TableWorkspace(); });
+    At_moment(Moment::workspace_reset, "stream", [] { The_stream = RandomStream(); });
     At_moment(Moment::project_about_to_close, "table", Dispose_current_table);
     At_moment(Moment::variables_changed, "table", Dispose_current_table);
 }

@@ -110,7 +110,7 @@ std::vector<std::string> Environment_of_table() {
 
 void Register_tables_commands() {
     Register_table_lifecycle();
-    The_environment_sources.table = Environment_of_table;
+    Register_environment(EnvironmentPart::in_memory, Environment_of_table);
     Register_command(
         {.keyword = "TAB",
          .run = TABULATE,
@@ -142,7 +142,7 @@ void Register_tables_commands() {
                                              .run = Dispose_current_table,
                                              .needs = {},
                                              .report = Report::none,
-                                             .summary = "gives up the table and its hypotheses"});
+                                             .summary = "the current table and its hypotheses"});
 }
 
 }  // namespace tarven

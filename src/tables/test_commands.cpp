@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "shell/environment.h"
 #include "shell/parsed_line.h"
 #include "shell/prompts.h"
 #include "shell/report.h"
@@ -591,6 +592,10 @@ void Register_test_commands() {
                      .run = [] { Write_lines(Show_hypotheses_lines(The_hypotheses)); },
                      .needs = {},
                      .summary = "the hypotheses"});
+    Register_environment(EnvironmentPart::above_tests, [] {
+        return The_hypotheses.hypotheses_ready ? std::vector<std::string>{"Hypotheses exist"}
+                                               : std::vector<std::string>{};
+    });
     Register_bootstrap_commands();
 }
 

@@ -79,6 +79,23 @@ TEST_F(Dispatcher, HelpListsEveryCommandThatIsNotHidden) {
         EXPECT_FALSE(line.substr(18).find_first_not_of(' ') == std::string::npos) << line;
 }
 
+TEST_F(Dispatcher, HelpIsPutTogetherFromTheLettersOfAllFloors) {
+    const Lines help = Run({"SHO ?"});
+    EXPECT_EQ(help[2], "SHOW letters");
+    const auto limits = std::find(help.begin(), help.end(), "  L  the limits of the system");
+    const auto items = std::find(help.begin(), help.end(), "  I  the items (not available yet)");
+    EXPECT_LT(limits, items) << Joined(help);
+    EXPECT_NE(items, help.end()) << Joined(help);
+    EXPECT_EQ(Run({"SHO I"}), Lines{"SHOW I is not available yet"});
+    for (const LetterCommand command :
+         {LetterCommand::show, LetterCommand::dispose, LetterCommand::input, LetterCommand::save})
+        for (const char key : Letters_in_order(command)) {
+            const Letter* letter = Find_letter(command, key);
+            ASSERT_TRUE(letter) << Spelling(command) << ' ' << key;
+            EXPECT_NE(letter->summary, "") << Spelling(command) << ' ' << key;
+        }
+}
+
 TEST_F(Dispatcher, RunsTheQueueUnderAnEmptyField) {
     The_session.queue = {"LOC", "TWO"};
     EXPECT_EQ(Run({""}), Lines{"Local test results will be reported"});

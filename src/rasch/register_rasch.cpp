@@ -1,0 +1,11 @@
+#include "rasch/register_rasch.h"
+
+#include "rasch/items/rasch_commands.h"
+
+namespace tarven {
+
+void Register_rasch() {
+    Register_rasch_commands();
+}
+
+}  // namespace tarven
