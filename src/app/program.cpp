@@ -31,12 +31,7 @@ namespace tarven {
 
 namespace {
 
-void Name_the_program(int argc, const char* const* argv) {
-    std::error_code ignored;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", ignored);
-    The_session.AppPath = program.parent_path();
-    The_session.AppName = Path_text(program.stem());
-    The_session.AppExtension = Path_text(program.extension());
+void Remember_arguments(int argc, const char* const* argv) {
     for (int k = 1; k < argc; ++k) {
         if (k > 1) The_session.arguments += ' ';
         The_session.arguments += To_latin1(argv[k]);
@@ -169,7 +164,7 @@ int Run_program(int argc, const char* const* argv) {
             fmt::print("{}", Command_reference());
             return Status_of_success;
         }
-        Name_the_program(argc, argv);
+        Remember_arguments(argc, argv);
         The_session.StartPath = read.options.start;
         if (!read.options.report.empty()) {
             const std::string failure = Open_report_copy(read.options.report);

@@ -8,22 +8,6 @@
 
 namespace tarven {
 
-/// Where an element of a set of arrays of `size` elements lies, arrays from 1, points from 1.
-struct DataPoint {
-    bool ok = false;
-    std::int64_t n = 0;  ///< position over all arrays, from 1
-    std::int64_t array_no = 0;
-    std::int64_t point = 0;
-};
-
-/// The place of variable `vno` of case (or cell) `caseno`, each with Nvar variables, among `arrays`
-/// arrays of `size` elements. Not ok when the array number is 0 or above `arrays`.
-DataPoint Data_point(std::int64_t caseno, int Nvar, int vno, std::int64_t size, int arrays);
-
-/// Writes "dataerror.txt" in the project folder and shows the message of an element that lies
-/// outside the arrays. Nothing that a user does may lead here.
-void Report_data_point(std::int64_t caseno, int Nvar, int vno, const DataPoint& place, int arrays);
-
 /// The arrays of `size` elements that `elements` elements fill.
 constexpr std::int64_t Arrays_for(std::int64_t elements, std::int64_t size) {
     return elements / size + (elements % size != 0 ? 1 : 0);
@@ -55,22 +39,6 @@ std::string Init_TABdata(CellStore& store, std::int64_t ncells, int N);
 
 /// Gives the store's memory back.
 void Dispose_TABdata(CellStore& store);
-
-/// Stores a cell at a position within the arrays; cells below it that were never defined are zero.
-/// False, with a message, outside them.
-bool DefineTABdataCell(CellStore& store, std::int64_t cell, const std::uint8_t* codes,
-                       std::int32_t count);
-
-/// The N codes into codes[1..N] of an array of 86, the rest 255. False, with a message, for a cell
-/// that is not there.
-bool GetTABdataCell(const CellStore& store, std::int64_t cell, std::uint8_t (&codes)[86]);
-
-/// The count of a cell; 0, with a message, for a cell that is not there.
-std::int32_t GetTABdataCount(const CellStore& store, std::int64_t cell);
-
-/// Adds to a count. False for a cell that is not there, or when the count leaves 32 bits.
-bool Increment_cell(CellStore& store, std::int64_t cell);
-bool Add_to_cell(CellStore& store, std::int64_t cell, std::int32_t n);
 
 /// Whether `cells` cells of N variables are within both limits.
 constexpr bool Cells_fit(std::int64_t cells, int N) {

@@ -29,9 +29,6 @@ namespace fs = std::filesystem;
 
 void Show_panels_of_new_project() {
     SetStatus(0, The_project.Projectname);
-    SetStatus(1, "No table");
-    SetStatus(2, "No items");
-    SetStatus(3, "No exogenous");
     for (int panel = 4; panel <= 6; ++panel) SetStatus(panel, "");
 }
 
@@ -164,7 +161,6 @@ bool Open_project_files() {
         Run_moment(Moment::project_read);
         Load_data_at_opening();
         The_project.ProjectOpen = true;
-        The_project.FilesChanged = false;
         Write_summary();
     }
     Close_report();

@@ -81,7 +81,6 @@ struct Project : ProjectDefinition {
     std::string Projectname;            ///< base name, as the user wrote it
     std::filesystem::path ProjectPath;  ///< folder
     bool ProjectOpen = false;
-    bool FilesChanged = false;  ///< model changes not yet saved
     ProjectFiles files;
     std::int32_t Nused = 0;  ///< cases accepted
 };

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <functional>
 #include <string>
-#include <vector>
 
 namespace tarven {
 
@@ -14,16 +13,11 @@ enum class Moment : std::uint8_t {
     project_read,            ///< definitions are read; data follow
     project_about_to_close,  ///< what rests on the project is given up
     variables_changed,       ///< other variables, or another recursive structure
-    table_replaced,          ///< the current table is gone or another
-    items_changed
+    table_replaced           ///< the current table is gone or another
 };
 
-struct LifecycleProcedure {
-    std::string name;  ///< for the maintainer: who does what
-    std::function<void()> run;
-};
-
-/// Adds a procedure; one of the same name at the same moment is replaced in its place.
+/// Adds a procedure under a name that says whose it is. A second one of that name at the same
+/// moment is a programming error.
 void At_moment(Moment moment, const std::string& name, std::function<void()> run);
 
 void Run_moment(Moment moment);

@@ -11,9 +11,6 @@ inline constexpr std::size_t MaxHistory = 20;
 
 /// The run of the program and the state of the command field.
 struct Session {
-    std::filesystem::path AppPath;
-    std::string AppName;
-    std::string AppExtension;
     std::filesystem::path StartPath = ".";  ///< where start-up memory and project log live
     std::string arguments;                  ///< of the program, as typed
     bool AUTOMATIC = false;                 ///< yes-or-no questions answer themselves

@@ -89,10 +89,7 @@ std::string AskUser(const std::string& caption, const std::string& prompt,
 }
 
 std::string SelectVariables(const std::string& title, const std::vector<std::string>& labels) {
-    const std::string chosen =
-        The_user.user.select_variables ? The_user.user.select_variables(title, labels) : "";
-    The_user.NoVariablesSelected = Word_count(chosen) == 0;
-    return chosen;
+    return The_user.user.select_variables ? The_user.user.select_variables(title, labels) : "";
 }
 
 std::string Choose_file(const std::string& title, const std::string& filter,

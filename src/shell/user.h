@@ -36,7 +36,6 @@ struct User {
 struct UserState {
     User user;
     std::vector<std::string> panels = std::vector<std::string>(7);  ///< [0..6]
-    bool NoVariablesSelected = false;  ///< SelectVariables ended without a choice
     std::string progress_title;
     std::int64_t progress_position = 0;
     std::int64_t progress_end = 0;
@@ -70,7 +69,7 @@ Answer AskYesNoCancel(const std::string& text);
 std::string AskUser(const std::string& caption, const std::string& prompt,
                     const std::string& initial);
 
-/// Labels chosen from `labels`, as typed; without a user none, which sets NoVariablesSelected.
+/// Labels chosen from `labels`, as typed; empty without a choice or a user.
 std::string SelectVariables(const std::string& title, const std::vector<std::string>& labels);
 
 /// The path of a file, empty without a user or a choice. filter as in "Report files|*.rep".

@@ -7,8 +7,6 @@
 #include <random>
 
 #include "project/pattern_counter.h"
-#include "shell/report.h"
-#include "support/session.h"
 
 namespace tarven {
 namespace {
@@ -33,9 +31,12 @@ CellStore Store_by_insertion(const std::vector<Pattern>& cases) {
     CellStore store;
     Init_TABdata(store, static_cast<std::int64_t>(cells.size()),
                  static_cast<int>(cases.front().size()));
-    for (std::size_t k = 0; k < cells.size(); ++k)
-        DefineTABdataCell(store, static_cast<std::int64_t>(k + 1), cells[k].first.data(),
-                          cells[k].second);
+    store.codes.clear();
+    store.counts.clear();
+    for (const auto& [pattern, count] : cells) {
+        store.codes.insert(store.codes.end(), pattern.begin(), pattern.end());
+        store.counts.push_back(count);
+    }
     return store;
 }
 
@@ -126,48 +127,6 @@ TEST(CellStore, CountsItsArraysExactly) {
     EXPECT_EQ(Init_TABdata(store, 655000 / 2 + 1, 2), "");
     EXPECT_EQ(store.Ntabdata_arrays, 2);
     EXPECT_EQ(store.Ntabcount_arrays, 3);
-}
-
-class CellStoreMessages : public SessionTest {};
-
-TEST_F(CellStoreMessages, TellOfCellsOutsideTheArrays) {
-    CellStore store;
-    ASSERT_EQ(Init_TABdata(store, 2, 3), "");
-    const std::uint8_t codes[] = {1, 2, 3};
-    EXPECT_TRUE(DefineTABdataCell(store, 2, codes, 7));
-    EXPECT_TRUE(Increment_cell(store, 2));
-    EXPECT_TRUE(Add_to_cell(store, 2, 2147483639));
-    EXPECT_FALSE(Increment_cell(store, 2));
-    EXPECT_EQ(GetTABdataCount(store, 2), 2147483647);
-    std::uint8_t read[86];
-    ASSERT_TRUE(GetTABdataCell(store, 2, read));
-    EXPECT_EQ((std::vector<int>(read, read + 5)), (std::vector<int>{255, 1, 2, 3, 255}));
-    EXPECT_TRUE(The_report.OutputField.empty());
-
-    EXPECT_FALSE(GetTABdataCell(store, 3, read));
-    EXPECT_EQ(GetTABdataCount(store, 0), 0);
-    EXPECT_FALSE(DefineTABdataCell(store, 655000 / 3 + 1, codes, 1));
-    EXPECT_FALSE(DefineTABdataCell(store, 0, codes, 1));
-    const std::string said = Joined(The_report.OutputField);
-    for (const char* text :
-         {"QVDATA5 - error in GetTABdataCell", "QVDATA5 - error in GetTABdataCount",
-          "Data point error: array_no = 2  of 1 data arrays",
-          "Data point error: array_no = 0  of 1 data arrays",
-          "QVDATA5 - error in DefineTABdataCell"})
-        EXPECT_NE(said.find(text), std::string::npos) << text << "\n" << said;
-    EXPECT_NE(Bytes("dataerror.txt").find("caseno = 0\nNvar   = 3\nvno    = 1\n"),
-              std::string::npos);
-}
-
-TEST(DataPointOf, CrossesArraysInsideARecord) {
-    // 11101 cases of 59 variables fill 654959 places of the first array.
-    const DataPoint last = Data_point(11102, 59, 41, 655000, 2);
-    EXPECT_EQ(last.array_no, 1);
-    EXPECT_EQ(last.point, 655000);
-    const DataPoint next = Data_point(11102, 59, 42, 655000, 2);
-    EXPECT_EQ(next.array_no, 2);
-    EXPECT_EQ(next.point, 1);
-    EXPECT_FALSE(Data_point(11102, 59, 42, 655000, 1).ok);
 }
 
 }  // namespace

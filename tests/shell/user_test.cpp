@@ -73,7 +73,6 @@ TEST_F(Nobody, CancelsOnlyWhereCancellingIsAnAnswer) {
 TEST_F(Nobody, ChoosesNothing) {
     Push_lines({"AB"});
     EXPECT_EQ(SelectVariables("Choose", {"A", "B"}), "");
-    EXPECT_TRUE(The_user.NoVariablesSelected);
     EXPECT_EQ(Choose_file("Open", "All|*", "."), "");
     EXPECT_EQ(Next_line(), "AB") << "a choice takes no line";
 }
@@ -101,7 +100,6 @@ TEST_F(Nobody, APersonIsAskedBeforeTheStream) {
     EXPECT_EQ(AskYesNoCancel("end"), Answer::cancel);
     EXPECT_EQ(Peek_line(), "N");
     EXPECT_EQ(SelectVariables("Choose", {}), "AB");
-    EXPECT_FALSE(The_user.NoVariablesSelected);
     asked = false;
     The_session.AUTOMATIC = true;
     EXPECT_TRUE(AskYesNo("?"));
