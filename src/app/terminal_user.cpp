@@ -16,6 +16,7 @@
 
 #include "app/output.h"
 #include "shell/files.h"
+#include "shell/mode.h"
 #include "shell/text.h"
 #include "shell/user.h"
 #include "shell/words.h"
@@ -278,6 +279,7 @@ std::string Panels() {
         if (!text.empty()) text += " | ";
         text += shown;
     }
+    if (!The_modes.modes.empty()) text += (text.empty() ? "" : " | ") + The_modes.modes.back().name;
     return text.empty() ? "tarven" : text;
 }
 

@@ -65,11 +65,13 @@ void End_of_command(const std::string& text, bool known) {
 /// What a command from code may not change: the caller's line and what its panels say it does.
 struct CallerState {
     ParsedLine line = The_line;
+    std::string command_field = The_session.command_field;
     std::vector<std::string> panels = The_user.panels;
 };
 
 void Restore(CallerState caller) {
     The_line = std::move(caller.line);
+    The_session.command_field = std::move(caller.command_field);
     for (int panel = 4; panel <= 6; ++panel)
         SetStatus(panel, caller.panels[static_cast<std::size_t>(panel)]);
 }
@@ -96,7 +98,8 @@ void ExecuteCommand() {
 
     // An empty text leaves the keyword of the line before it.
     const Command* command = text.empty() ? nullptr : Find_typed_command(The_line.Keyword);
-    const bool known = command || The_line.CommandNumber > 0;
+    // A reserved keyword is known in the main mode, though nothing runs.
+    const bool known = The_modes.modes.empty() ? The_line.CommandNumber > 0 : command != nullptr;
     if (known && Is_help_request()) {
         Open_report();
         Write_command_help(command);

@@ -14,9 +14,9 @@ void ExecuteCommand();
 /// file as if it were.
 void Run_line(const std::string& text);
 
-/// Runs a command of the main mode from within another one, or from the program itself. Needs,
-/// report, log and help of the command are those of a typed line; the caller's parsed line, the
-/// command field, the queue, the history, the mode and the panels of activity stay as they were,
+/// Runs a command of the main mode, whatever mode lines are typed in, from within another command
+/// or from the program itself. Needs, report and log are those of a typed line; the caller's parsed
+/// line, the command field, the queue, the history and the panels of activity stay as they were,
 /// and within an open report its lines join those of the caller. A text that names no command is a
 /// programming error.
 Outcome Run_from_code(const std::string& text);

@@ -17,7 +17,7 @@ namespace tarven {
 /// it. A "?" asks for the help of a command when it is the only parameter; among others it is the
 /// command's own.
 struct Mode {
-    std::string name;  ///< "GRAPH", for messages
+    std::string name;  ///< "GRAPH", for the prompt and for help
     std::vector<Command> commands;
 };
 

@@ -49,6 +49,7 @@ TEST_F(Floors, TellShowEWhatThereIs) {
                "Statistical tests:"}));
     Run({"TAB SAG", "HYP SA"});
     const Lines lines = environment();
+    ASSERT_EQ(lines.size(), 9U) << Joined(lines);
     EXPECT_EQ(lines[3], "                 Table    -    ready");
     EXPECT_EQ(lines[7], "Hypotheses exist");
     EXPECT_EQ(lines[8], "Statistical tests:");

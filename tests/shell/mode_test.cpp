@@ -117,6 +117,7 @@ TEST_F(CommandFromCode, LeavesTheLineItsPlaceAndTheReportOfTheCallerAlone) {
                           shown = The_report.OutputField.size();
                           EXPECT_EQ(Run_from_code("SHO LE"), Outcome::done);
                           EXPECT_EQ(Run_from_code("TES"), Outcome::refused);
+                          EXPECT_EQ(Run_from_code("RUN typed.cmd"), Outcome::done);
                           after = The_line;
                           EXPECT_EQ(The_report.OutputField.size(), shown);
                           EXPECT_EQ(The_user.panels[4], "Working");
@@ -126,6 +127,7 @@ TEST_F(CommandFromCode, LeavesTheLineItsPlaceAndTheReportOfTheCallerAlone) {
                       },
                   .activity = "Working",
                   .report = Report::opened};
+    Put("typed.cmd", "TES\n");
     Enter_mode({.name = "OUTER", .commands = {outer}});
     The_session.history.clear();
     The_session.queue = {"waits"};
@@ -133,7 +135,9 @@ TEST_F(CommandFromCode, LeavesTheLineItsPlaceAndTheReportOfTheCallerAlone) {
     ASSERT_GT(lines.size(), 4U);
     EXPECT_EQ(lines.front(), "outer begins");
     EXPECT_TRUE(Has_line_with(lines, "ENVIRONMENT:")) << "a command of the main mode";
-    EXPECT_EQ(lines[lines.size() - 2], "No table");
+    EXPECT_EQ(lines[lines.size() - 3], "No table");
+    EXPECT_EQ(lines[lines.size() - 2], "Unrecognized command: TES")
+        << "the lines of a file are typed lines, and TES is none of the mode";
     EXPECT_EQ(lines.back(), "outer ends");
     EXPECT_EQ(during, after);
     EXPECT_EQ(during.CommandLine, "LOC AB 7");
