@@ -48,10 +48,6 @@ std::string Ask_string(const std::string& caption, const std::string& prompt) {
     return AskUser(caption, prompt, " ");
 }
 
-void Ask_string_default(const std::string& caption, const std::string& prompt, std::string& value) {
-    value = AskUser(caption, prompt, value);
-}
-
 VariableList Ask_variables(const std::string& caption, const std::string& prompt,
                            std::string_view labels) {
     return Converted_answer(Ask_string(caption, prompt), labels);

@@ -30,8 +30,6 @@ RequiredParameters Require_parameters();
 
 /// AskUser with one blank as the default.
 std::string Ask_string(const std::string& caption, const std::string& prompt);
-/// The answer replaces `value`, which is the default.
-void Ask_string_default(const std::string& caption, const std::string& prompt, std::string& value);
 
 /// A list through String_to_variables; "Error converting string to variables" when it fails.
 VariableList Ask_variables(const std::string& caption, const std::string& prompt,

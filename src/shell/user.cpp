@@ -115,7 +115,6 @@ bool WarningDialog(const std::vector<std::string>& lines) {
 void SetStatus(int panel, const std::string& text) {
     assert(panel >= 0 && panel <= 6 && "there are seven status panels");
     The_user.panels[static_cast<std::size_t>(panel)] = text;
-    if (The_user.user.status) The_user.user.status(panel, text);
 }
 
 void ShowWait(const std::string& text) {

@@ -26,7 +26,6 @@ struct User {
     std::function<bool(const std::vector<std::string>& lines)> warning_dialog;
     /// Edits a file; true when the user accepts what stands in it then.
     std::function<bool(const std::string& path)> edit_file;
-    std::function<void(int panel, const std::string& text)> status;
     std::function<void(const std::string& text)> wait;  ///< empty: the banner goes away
     /// position of -1: the display goes away
     std::function<void(const std::string& title, std::int64_t position, std::int64_t end)> progress;

@@ -54,13 +54,6 @@ std::string Get_word(int n, std::string_view text) {
     return std::string(word);
 }
 
-std::string_view Behind_first_word(std::string_view text) {
-    std::size_t from = 0;
-    Next_word(text, from);
-    if (from >= text.size()) return {};
-    return text.substr(from + 1);
-}
-
 StringType String_type(std::string_view text) {
     if (text.empty()) return StringType::empty;
     const std::string_view word = Trimmed(text);

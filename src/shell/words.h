@@ -44,9 +44,6 @@ int Word_count(std::string_view text);
 /// The n-th word, n from 1; empty when there are fewer, or n is below 1.
 std::string Get_word(int n, std::string_view text);
 
-/// The text behind the first blank at or after the first word; empty without one.
-std::string_view Behind_first_word(std::string_view text);
-
 /// "1E5" is text and never a number; so are "." and "+".
 StringType String_type(std::string_view text);
 

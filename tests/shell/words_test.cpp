@@ -15,9 +15,6 @@ TEST(Words, AreSeparatedByBlanksAndNothingElse) {
     EXPECT_EQ(Get_word(2, "  TAB  a\tb "), "a\tb");
     EXPECT_EQ(Get_word(3, "  TAB  a\tb "), "");
     EXPECT_EQ(Get_word(0, "TAB"), "");
-    EXPECT_EQ(Behind_first_word(" TAB a b"), "a b");
-    EXPECT_EQ(Behind_first_word("TAB"), "");
-    EXPECT_EQ(Behind_first_word("TAB "), "");
 }
 
 TEST(Words, KnowWhatIsANumber) {
