@@ -11,6 +11,7 @@
 
 #include "app/completion.h"
 #include "app/terminal_user.h"
+#include "shell/mode.h"
 #include "shell/report.h"
 #include "shell/user.h"
 #include "support/program.h"
@@ -186,6 +187,14 @@ TEST_F(Program, ASecondInterruptEndsWhatTheFirstAskedToStop) {
     std::raise(SIGINT);  // at the prompt it ends nothing
     std::signal(SIGINT, SIG_DFL);
     Stop_requested = false;
+}
+
+TEST_F(Program, CompletesTheCommandsOfTheModeAlone) {
+    Enter_mode(
+        {.name = "SKETCH", .commands = {{.keyword = "LOC", .run = [] { return Outcome::done; }}}});
+    EXPECT_EQ(Completions_of("L", {}).words, std::vector<std::string>{"LOC"});
+    Leave_mode();
+    EXPECT_GT(Completions_of("L", {}).words.size(), 1U);
 }
 
 TEST_F(Program, CompletesKeywordsSpellingsAndNames) {
