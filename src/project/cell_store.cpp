@@ -37,6 +37,11 @@ std::string Init_TABdata(CellStore& store, std::int64_t ncells, int N) {
     return {};
 }
 
+std::string Failure_of_overflow(int N) {
+    return MaxTableCells * N > MaxDataBytes ? "Failure initializing TABdata"
+                                            : "TABDATA not possible";
+}
+
 void Dispose_TABdata(CellStore& store) {
     store = CellStore();
 }

@@ -40,6 +40,9 @@ std::string Init_TABdata(CellStore& store, std::int64_t ncells, int N);
 /// Gives the store's memory back.
 void Dispose_TABdata(CellStore& store);
 
+/// What a store of N variables says that grows over a limit: the one it meets first.
+std::string Failure_of_overflow(int N);
+
 /// Whether `cells` cells of N variables are within both limits.
 constexpr bool Cells_fit(std::int64_t cells, int N) {
     return cells * N <= MaxDataBytes && cells <= MaxTableCells;

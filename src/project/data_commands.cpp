@@ -117,6 +117,8 @@ Outcome SELECT() {
 }
 
 void SHOW_D() {
+    // Files of a project whose definitions could not be read hold no data that can be used.
+    if (The_project.N < 1) return ShowMessage(Data_source_text(DataSource::none));
     ShowMessage(Data_source_text(Data_source()));
     Write_lines(Case_count_lines());
     if (The_data.data_ready) Write_report(fmt::format("DATA in {} arrays", The_data.Ndata_arrays));
@@ -132,19 +134,9 @@ Outcome INPUT() {
 void INPUT_D() {
     if (The_data.data_ready && !AskYesNo("Erase existing data ?")) return;
     const std::string failure = Read_data();
-    if (!failure.empty())
-        Show_each_line(failure);
-    else
-        ShowMessage(fmt::format("{} cases in data set", The_project.Nused));
-}
-
-/// The counts of TABdata are those of the cases in use, or the two files are of different data.
-void Show_disagreement_of_TABdata() {
-    std::int64_t cases = 0;
-    for (const std::int32_t count : The_data.TABdata.counts) cases += count;
-    if (cases != The_project.Nused)
-        ShowMessage(fmt::format("WARNING - {} cases in data set, {} in TAB data. Use MAKE",
-                                The_project.Nused, cases));
+    if (!failure.empty()) return Show_each_line(failure);
+    ShowMessage(fmt::format("{} cases in data set", The_project.Nused));
+    Give_up_TABdata_of_other_cases();
 }
 
 void INPUT_T() {
@@ -153,7 +145,7 @@ void INPUT_T() {
         ShowMessage(failure);
         return;
     }
-    Show_disagreement_of_TABdata();
+    if (Give_up_TABdata_of_other_cases()) return;
     ShowMessage(fmt::format("{} cells in TAB data", The_data.Ntabcells));
 }
 
@@ -287,10 +279,8 @@ void Register_data_commands() {
                                            .needs = {NeedsProject},
                                            .report = Report::none,
                                            .summary = "the response patterns of the TAB file"});
-    Register_letter(LetterCommand::show, {.letter = 'D',
-                                          .run = SHOW_D,
-                                          .needs = {NeedsProject},
-                                          .summary = "where the data come from"});
+    Register_letter(LetterCommand::show,
+                    {.letter = 'D', .run = SHOW_D, .summary = "where the data come from"});
 }
 
 }  // namespace tarven

@@ -29,29 +29,69 @@ std::int32_t Count_of(std::string_view rest) {
 
 }  // namespace
 
+void WordsOfNoNumber::Add(const WordOfNoNumber& word) {
+    for (Kind& kind : kinds)
+        if (kind.first.text == word.text) {
+            ++kind.count;
+            return;
+        }
+    if (kinds.size() < MostKinds)
+        kinds.push_back({word, 1});
+    else
+        ++others;
+}
+
+std::vector<std::string> Lines_on_words(const WordsOfNoNumber& words,
+                                        const std::string& file_name) {
+    std::vector<std::string> lines;
+    for (const auto& [first, count] : words.kinds)
+        lines.push_back(
+            count == 1 ? fmt::format("{}: \"{}\" in line {}, column {}, is no number and counts as "
+                                     "missing",
+                                     file_name, first.text, first.line, first.column)
+                       : fmt::format("{}: \"{}\" is no number and counts as missing, {} times, "
+                                     "first in line {}, column {}",
+                                     file_name, first.text, count, first.line, first.column));
+    if (words.others > 0)
+        lines.push_back(fmt::format("{}: {} more words of other kinds are no numbers", file_name,
+                                    words.others));
+    return lines;
+}
+
 std::string Read_DAT_cases(LineReader& file, const Recoding& recoding, RecordCounts& counts,
                            const TakeCase& take) {
     if (!file.opened()) return file.failure();
     if (!recoding.failure.empty()) return recoding.failure;
     std::vector<double> values;
+    std::vector<WordOfNoNumber> no_numbers;
     CaseScratch scratch;
     std::array<std::uint8_t, 256> codes{};
     std::string_view line;
     while (true) {
         if (!file.Next(line))
             return file.failure().empty() ? std::string() : "Error reading data: " + file.failure();
+        const std::int64_t line_number = file.line_number();
         CaseReading one = Read_case(line, recoding, scratch, codes.data());
         if (one == CaseReading::unusual) {
-            const RecordReading reading = Read_record(file, recoding.NTAL, values, &line);
+            const RecordReading reading =
+                Read_record(file, recoding.NTAL, values, &line, &no_numbers);
             if (!reading.ok) return reading.error;
             one = Recode_record(recoding, values, codes.data()) ? CaseReading::taken
                                                                 : CaseReading::left_out;
+            for (const WordOfNoNumber& word : no_numbers)
+                if (recoding.use[static_cast<std::size_t>(word.column)] != Recoding::Unused)
+                    counts.no_numbers.Add(word);
+        } else {
+            for (WordOfNoNumber& word : scratch.no_numbers) {
+                word.line = line_number;
+                counts.no_numbers.Add(word);
+            }
         }
         ++counts.read;
         if (one == CaseReading::left_out) continue;
         if (counts.accepted == std::numeric_limits<std::int32_t>::max())
             return At_line(file, "more cases than can be counted");
-        ++counts.accepted;
+        if (counts.accepted++ == 0) counts.first_line = line_number;
         if (!take(codes.data(), 1)) return {};
     }
 }
@@ -108,7 +148,7 @@ std::string Read_TAB_store(LineReader& file, const std::vector<int>& dims, CellS
     try {
         failure = Read_TAB_cells(file, dims, [&](const std::uint8_t* codes, std::int32_t count) {
             if (!Cells_fit(store.Ncells() + 1, N)) {
-                overflow = At_line(file, "Failure initializing TABdata");
+                overflow = At_line(file, Failure_of_overflow(N));
                 return false;
             }
             store.codes.insert(store.codes.end(), codes, codes + N);

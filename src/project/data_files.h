@@ -17,11 +17,30 @@ namespace tarven {
 /// Receives codes[0..N-1] of one case, or of `count` cases with the same codes. False ends reading.
 using TakeCase = std::function<bool(const std::uint8_t* codes, std::int32_t count)>;
 
-/// How many records a DAT file gave.
-struct RecordCounts {
-    std::int64_t read = 0;
-    std::int64_t accepted = 0;
+/// The words of a DAT file that are no number, in columns that a variable, a condition or a
+/// selection uses: the different ones with their count and where the first stands.
+struct WordsOfNoNumber {
+    static constexpr std::size_t MostKinds = 5;
+    struct Kind {
+        WordOfNoNumber first;
+        std::int64_t count = 0;
+    };
+    std::vector<Kind> kinds;  ///< in the order of the file, the first five
+    std::int64_t others = 0;  ///< words that are none of those
+
+    void Add(const WordOfNoNumber& word);
 };
+
+/// What a DAT file gave.
+struct RecordCounts {
+    std::int64_t read = 0;  ///< records
+    std::int64_t accepted = 0;
+    std::int64_t first_line = 0;  ///< at which the first accepted record begins
+    WordsOfNoNumber no_numbers;   ///< of the records read
+};
+
+/// A line a kind of word that is no number, for the user: how many, and where the first stands.
+std::vector<std::string> Lines_on_words(const WordsOfNoNumber& words, const std::string& file_name);
 
 /// Every record of a DAT file, recoded; the accepted ones go to `take` with count 1. A failure
 /// comes after the records before it.

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "shell/limits.h"
 #include "shell/numbers.h"
 #include "shell/words.h"
 
@@ -46,18 +47,34 @@ void Cut_messages(std::vector<std::string>& messages) {
     messages.push_back(fmt::format("and {} more lines with errors", left));
 }
 
-void Read_condition(const std::string& line, DefFile& def) {
+/// Where a line stands and what was expected of it, behind the line itself.
+struct Place {
+    const std::string& file;
+    std::size_t line_index;
+
+    std::string operator()(std::string_view expected) const {
+        return fmt::format(" ({}, line {}: {})", file, line_index + 1, expected);
+    }
+};
+
+void Read_condition(const std::string& line, const Place& place, DefFile& def) {
     RangeCondition condition;
     const bool read = To_integer(Get_word(1, line), condition.column) &&
                       To_real(Get_word(2, line), condition.lower) &&
                       To_real(Get_word(3, line), condition.upper);
-    if (!read || condition.column < 1 || condition.column > def.NTAL ||
-        condition.lower > condition.upper)
-        def.messages.push_back("DEFfile error: " + line);
+    std::string fault;
+    if (!read)
+        fault = "a column, a lower and an upper limit are expected, or a keyword";
+    else if (condition.column < 1 || condition.column > def.NTAL)
+        fault = fmt::format("column {}, 1 to {} are expected", condition.column, def.NTAL);
+    else if (condition.lower > condition.upper)
+        fault = fmt::format("the lower limit {} is above the upper limit {}", condition.lower,
+                            condition.upper);
+    if (!fault.empty()) def.messages.push_back("DEFfile error: " + line + place(fault));
     if (read) def.conditions.push_back(condition);
 }
 
-void Read_selection(const std::string& line, DefFile& def) {
+void Read_selection(const std::string& line, const Place& place, DefFile& def) {
     const int words = Word_count(line);
     if (words == 0) return;
     ValueSelection selection;
@@ -71,7 +88,11 @@ void Read_selection(const std::string& line, DefFile& def) {
     if (good)
         def.selections.push_back(selection);
     else
-        def.messages.push_back("This string does not define values to be selected: " + line);
+        def.messages.push_back(
+            "This string does not define values to be selected: " + line +
+            place(fmt::format("a column and 1 to {0} whole numbers are expected, on at most {0} "
+                              "lines",
+                              MaxSelections)));
 }
 
 void Read_file_name(const std::string& line, DefFile& def) {
@@ -99,21 +120,24 @@ bool Is_plain_file_name(const std::string& name) {
            extension.size() <= 3;
 }
 
-DefFile Read_DEF_file(const std::vector<std::string>& file) {
+DefFile Read_DEF_file(const std::vector<std::string>& file, const std::string& name) {
     DefFile def;
     std::vector<std::string> lines;
     for (const std::string& line : file) lines.push_back(Line_for_words(line));
     while (!lines.empty() && Word_count(lines.back()) == 0) lines.pop_back();
+    const std::string length = fmt::format(
+        "the number of values in a record of the DAT file, 1 to {}, is expected", MaxRecordLength);
     if (lines.empty()) {
-        def.messages.push_back("DEFfile error: the file is empty");
+        def.messages.push_back("DEFfile error: the file is empty" + Place{name, 0}(length));
         return def;
     }
     if (!To_integer(Get_word(1, lines[0]), def.NTAL) || def.NTAL < 1)
-        def.messages.push_back("DEFfile error: " + lines[0]);
+        def.messages.push_back("DEFfile error: " + lines[0] + Place{name, 0}(length));
 
     Section section = Section::conditions;
     for (std::size_t line_index = 1; line_index < lines.size(); ++line_index) {
         const std::string& line = lines[line_index];
+        const Place place{name, line_index};
         if (section == Section::title && def.title.empty()) {
             // Whatever the line holds, a keyword included.
             def.title = line.substr(0, MaxTextLength);
@@ -128,10 +152,10 @@ DefFile Read_DEF_file(const std::vector<std::string>& file) {
         }
         switch (section) {
             case Section::conditions:
-                Read_condition(line, def);
+                Read_condition(line, place, def);
                 break;
             case Section::selections:
-                Read_selection(line, def);
+                Read_selection(line, place, def);
                 break;
             case Section::files:
                 Read_file_name(line, def);

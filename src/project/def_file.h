@@ -21,8 +21,9 @@ struct DefFile {
 
 /// Line 1 is NTAL, then range conditions up to the first keyword line (a line whose first word
 /// holds SEL, PAR, TIT or FIL), then sections. Trailing blank lines do not count. A line that is
-/// in error gives its message; a condition whose column or limits are in error stays in force.
-DefFile Read_DEF_file(const std::vector<std::string>& lines);
+/// in error gives its message, which names `name`, the line and what was expected; a condition
+/// whose column or limits are in error stays in force.
+DefFile Read_DEF_file(const std::vector<std::string>& lines, const std::string& name = "DEF file");
 
 /// A plain file name: letters, digits, "-" and "_", with at most one point and at most three
 /// characters behind it.

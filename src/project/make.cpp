@@ -2,10 +2,13 @@
 
 #include <fmt/format.h>
 
+#include <chrono>
 #include <limits>
 #include <new>
+#include <optional>
 #include <system_error>
 
+#include "project/case_tally.h"
 #include "project/code_line.h"
 #include "project/data.h"
 #include "project/data_files.h"
@@ -22,6 +25,8 @@ namespace {
 
 constexpr std::size_t WriteBlock = 1u << 16;
 constexpr std::int64_t RecordsPerStep = 1 << 13;
+/// Files that are copied or unpacked together differ by less.
+constexpr std::chrono::seconds NewerBy{10};
 
 void Write_when_full(ReplacementFile& file, std::string& block, std::size_t limit) {
     if (block.size() < limit) return;
@@ -40,23 +45,29 @@ void Write_cells(const CellStore& store, ReplacementFile& TAB) {
     TAB.Write(block);
 }
 
-void Remove_stale(const fs::path& TAB, MakeResult& result) {
+/// The text of the failure, or empty.
+std::string Remove_file(const fs::path& file) {
     std::error_code error;
-    fs::remove(TAB, error);
-    if (error && result.failure.empty())
-        result.failure =
-            fmt::format("{} could not be removed: {}", Path_text(TAB.filename()), error.message());
+    fs::remove(file, error);
+    return error ? fmt::format("{} could not be removed: {}", Path_text(file.filename()),
+                               error.message())
+                 : std::string();
+}
+
+/// "a", "a and b", "a, b and c"
+std::string Listed(const std::vector<std::string>& names) {
+    std::string text;
+    for (std::size_t k = 0; k < names.size(); ++k)
+        text += (k == 0 ? "" : k + 1 == names.size() ? " and " : ", ") + names[k];
+    return text;
 }
 
 /// The question before SYS and TAB are overwritten names those that are there.
 std::string Files_at_hand(const ProjectFiles& files) {
-    std::string names;
-    for (const ProjectFile* file : {&files.SYS, &files.TAB}) {
-        if (!file->exists) continue;
-        if (!names.empty()) names += " and ";
-        names += Path_text(file->path.filename());
-    }
-    return names;
+    std::vector<std::string> names;
+    for (const ProjectFile* file : {&files.SYS, &files.TAB})
+        if (file->exists) names.push_back(Path_text(file->path.filename()));
+    return Listed(names);
 }
 
 void Warn_of_long_keys() {
@@ -99,52 +110,67 @@ void Show_result_of_make(const MakeResult& made) {
     else if (made.SYS_written)
         ShowMessage(
             fmt::format("{} cases included in the SYS file. There is no TAB file.", made.Nused));
+    const std::string DAT = Path_text(The_project.files.DAT.path.filename());
     if (made.TAB_written && made.Nread == 0)
-        ShowMessage(fmt::format("Warning: The DAT file, {} holds no data",
-                                Path_text(The_project.files.DAT.path.filename())));
+        ShowMessage(fmt::format("Warning: The DAT file, {} holds no data", DAT));
+    if (!made.SYS_written) return;
+    for (const std::string& line : Lines_on_words(made.no_numbers, DAT)) ShowMessage(line);
+    if (made.TAB_written)
+        for (const std::string& line : Lines_on_missing_variables(
+                 The_project, Tally_of(The_data.TABdata), DAT, made.first_line))
+            ShowMessage(line);
 }
 
-/// Counts the cases of the SYS file, looking at every code; -1, with a message, when it does not
-/// fit the variables.
-std::int64_t Checked_SYS_cases() {
-    std::int64_t cases = 0;
-    const std::string failure =
-        Read_cases(DataSource::sysfile, [&](const std::uint8_t*, std::int32_t) {
-            ++cases;
-            return true;
-        });
-    if (failure.empty()) return cases;
-    ShowMessage(failure);
-    return -1;
+/// The cases of a source, every code looked at; the text of the failure when it does not fit the
+/// variables.
+std::string Tally_of(DataSource source, CaseTally& tally) {
+    const int N = The_project.N;
+    return Read_cases(source, [&](const std::uint8_t* codes, std::int32_t count) {
+        tally.Add(codes, N, count);
+        return true;
+    });
+}
+
+/// Equal numbers of cases do not tell that they are the same.
+std::string Difference(const CaseTally& cases, const CaseTally& TAB_cases) {
+    const ProjectFiles& files = The_project.files;
+    const bool from_SYS = files.SYS.exists;
+    const std::string name = Path_text((from_SYS ? files.SYS : files.DAT).path.filename());
+    const std::string TAB = Path_text(files.TAB.path.filename());
+    const std::string only = fmt::format("Only the {} file will be used", from_SYS ? "SYS" : "DAT");
+    if (cases.cases != TAB_cases.cases)
+        return fmt::format("{} has {} cases, {} has {}. {}", name, cases.cases, TAB,
+                           TAB_cases.cases, only);
+    return fmt::format("The {} cases of {} are not those of {}. {}", cases.cases, TAB, name, only);
 }
 
 void Load_SYS_and_TAB() {
     ProjectFiles& files = The_project.files;
-    std::int64_t SYS_cases = -1;
-    std::int64_t TAB_cases = -1;
-    if (files.SYS.exists) SYS_cases = Checked_SYS_cases();
-    if (files.TAB.exists) {
-        const std::string failure = Read_TAB_file();
-        if (failure.empty()) {
-            TAB_cases = 0;
-            for (const std::int32_t count : The_data.TABdata.counts) TAB_cases += count;
-        } else {
-            ShowMessage(failure);
-        }
-    }
-    if (SYS_cases >= 0 && TAB_cases >= 0 && SYS_cases != TAB_cases) {
-        ShowMessage(fmt::format("{} has {} cases, {} has {}. Only the SYS file will be used",
-                                Path_text(files.SYS.path.filename()), SYS_cases,
-                                Path_text(files.TAB.path.filename()), TAB_cases));
+    const std::string old = Message_on_old_data(files);
+    CaseTally SYS_cases;
+    CaseTally TAB_cases;
+    std::vector<std::string> misfits;
+    const auto fits = [&](const std::string& failure) {
+        if (!failure.empty()) misfits.push_back(failure);
+        return failure.empty();
+    };
+    files.SYS.exists = files.SYS.exists && fits(Tally_of(DataSource::sysfile, SYS_cases));
+    files.TAB.exists = files.TAB.exists && fits(Read_TAB_file());
+    if (files.TAB.exists) TAB_cases = Tally_of(The_data.TABdata);
+    if (files.SYS.exists && files.TAB.exists && SYS_cases != TAB_cases) {
+        misfits.push_back(Difference(SYS_cases, TAB_cases));
         Dispose_data();
-        TAB_cases = -1;
+        files.TAB.exists = false;
     }
-    const bool misfit = (files.SYS.exists && SYS_cases < 0) || (files.TAB.exists && TAB_cases < 0);
-    files.SYS.exists = SYS_cases >= 0;
-    files.TAB.exists = TAB_cases >= 0;
-    The_project.Nused = static_cast<std::int32_t>(
-        files.SYS.exists ? SYS_cases : (files.TAB.exists ? TAB_cases : 0));
-    if (misfit) ShowMessage("Use MAKE to create new SYS and TAB files");
+    const CaseTally none;
+    const CaseTally& used = files.SYS.exists ? SYS_cases : files.TAB.exists ? TAB_cases : none;
+    The_project.Nused = static_cast<std::int32_t>(used.cases);
+    for (const std::string& line : misfits) ShowMessage(line);
+    if (!old.empty()) ShowMessage(old);
+    if (!misfits.empty() || !old.empty()) ShowMessage("Use MAKE to create new SYS and TAB files");
+    for (const std::string& line :
+         Lines_on_missing_variables(The_project, used, Path_text(files.DAT.path.filename()), 0))
+        ShowMessage(line);
 }
 
 }  // namespace
@@ -180,12 +206,14 @@ MakeResult Make_files(const ProjectDefinition& definition, const fs::path& DAT, 
         });
     new_SYS.Write(block);
     result.Nread = counts.read;
+    result.first_line = counts.first_line;
+    result.no_numbers = std::move(counts.no_numbers);
     result.Nused = counts.accepted;
     if (result.stopped) return result;
 
     const bool fits = !patterns.Overflowed();
     const bool whole = result.unreadable.empty() && fits;
-    if (!fits) result.failure = "Failure initializing TABdata";
+    if (!fits) result.failure = Failure_of_overflow(N);
     ReplacementFile new_TAB(TAB);
     if (whole) {
         result.failure = patterns.Move_to(result.TABdata);
@@ -196,12 +224,17 @@ MakeResult Make_files(const ProjectDefinition& definition, const fs::path& DAT, 
         result.failure = new_SYS.ok() ? new_TAB.Failure() : new_SYS.Failure();
         return result;
     }
+    std::error_code no_link;
+    const fs::path real_TAB = fs::weakly_canonical(TAB, no_link);
+    const std::string stays = Remove_file(no_link ? TAB : real_TAB);
+    if (!stays.empty()) {
+        result.failure = stays;
+        return result;
+    }
     result.SYS_written = new_SYS.Commit();
     if (!result.SYS_written)
         result.failure = new_SYS.Failure();
-    else if (!with_TAB)
-        Remove_stale(TAB, result);
-    else if (!(result.TAB_written = new_TAB.Commit()))
+    else if (with_TAB && !(result.TAB_written = new_TAB.Commit()))
         result.failure = new_TAB.Failure();
     return result;
 }
@@ -221,7 +254,7 @@ MakeResult Collect_records(const ProjectDefinition& definition, const fs::path& 
         patterns.Add(codes);
         return true;
     });
-    if (patterns.Overflowed()) result.failure = "Failure initializing TABdata";
+    if (patterns.Overflowed()) result.failure = Failure_of_overflow(definition.N);
     if (result.failure.empty()) result.failure = patterns.Move_to(result.TABdata);
     if (!result.failure.empty()) return result;
     ReplacementFile new_TAB(TAB);
@@ -273,6 +306,43 @@ bool Make() {
     HideWait();
     SetStatus(5, "");
     return done;
+}
+
+std::string Message_on_old_data(const ProjectFiles& files) {
+    const auto written = [](const ProjectFile& file) -> std::optional<fs::file_time_type> {
+        if (!file.exists) return {};
+        std::error_code error;
+        const auto time = fs::last_write_time(file.path, error);
+        return error ? std::optional<fs::file_time_type>() : time;
+    };
+    std::vector<std::string> newer;
+    std::optional<fs::file_time_type> oldest;
+    for (const ProjectFile* made : {&files.SYS, &files.TAB})
+        if (const auto time = written(*made); time && (!oldest || *time < *oldest)) oldest = time;
+    if (!oldest) return {};
+    for (const ProjectFile* source : {&files.DEF, &files.VAR, &files.DAT})
+        if (const auto time = written(*source); time && *time > *oldest + NewerBy)
+            newer.push_back(Path_text(source->path.filename()));
+    if (newer.empty()) return {};
+    return fmt::format("{} {} newer than {}", Listed(newer), newer.size() == 1 ? "is" : "are",
+                       Files_at_hand(files));
+}
+
+bool Give_up_TABdata_of_other_cases() {
+    ProjectFiles& files = The_project.files;
+    if (!The_data.tabdata_ready || (!The_data.data_ready && !files.SYS.exists)) return false;
+    const DataSource source = The_data.data_ready ? DataSource::dataset : DataSource::sysfile;
+    CaseTally cases;
+    const std::string failure = Tally_of(source, cases);
+    const CaseTally TAB_cases = Tally_of(The_data.TABdata);
+    if (failure.empty() && cases == TAB_cases) return false;
+    ShowMessage(failure.empty() ? Difference(cases, TAB_cases) : failure);
+    ShowMessage("Use MAKE to create new SYS and TAB files");
+    Dispose_TABdata(The_data.TABdata);
+    The_data.tabdata_ready = false;
+    The_data.Ntabcells = 0;
+    files.TAB.exists = false;
+    return true;
 }
 
 void Load_data_at_opening() {

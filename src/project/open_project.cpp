@@ -55,9 +55,7 @@ void Take_definition(const DefFile& def) {
     The_project.conditions = def.conditions;
     The_project.selections = def.selections;
     The_project.title = def.title;
-    if (!def.var_name.empty()) The_project.files.VAR = Replaced(def.var_name);
-    if (!def.grf_name.empty()) The_project.files.GRF = Replaced(def.grf_name);
-    if (!def.dat_name.empty()) The_project.files.DAT = Replaced(def.dat_name);
+    Replace_files(def, The_project.files);
 }
 
 bool Read_definition_file() {
@@ -70,7 +68,7 @@ bool Read_definition_file() {
         ShowMessage(file.error);
         return false;
     }
-    Take_definition(Read_DEF_file(file.lines));
+    Take_definition(Read_DEF_file(file.lines, Path_text(The_project.files.DEF.path.filename())));
     if (!The_project.files.DAT.exists)
         ShowMessage(fmt::format("Warning: The DAT file, {} was not found",
                                 Path_text(The_project.files.DAT.path)));
@@ -83,7 +81,8 @@ bool Read_variables() {
         return false;
     }
     const TextFile text = Read_text_file(The_project.files.VAR.path);
-    const VarFile file = text.ok ? Read_VAR_file(text.lines) : VarFile{.error = text.error};
+    const std::string name = Path_text(The_project.files.VAR.path.filename());
+    const VarFile file = text.ok ? Read_VAR_file(text.lines, name) : VarFile{.error = text.error};
     if (!file.ok) {
         ShowMessage(Path_text(The_project.files.VAR.path) + ": " + file.error);
         return false;
@@ -107,6 +106,8 @@ void Read_category_names() {
     if (passed_over > 0)
         ShowMessage(fmt::format("{}: {} lines name no category of the project", Path_text(CAT.path),
                                 passed_over));
+    const std::string stale = Message_on_stale_names(The_project, Path_text(CAT.path.filename()));
+    if (!stale.empty()) ShowMessage(stale);
 }
 
 void Write_summary() {
@@ -126,6 +127,12 @@ std::string Name_up_to_first_point(const fs::path& file) {
 }
 
 }  // namespace
+
+void Replace_files(const DefFile& def, ProjectFiles& files) {
+    if (!def.var_name.empty()) files.VAR = Replaced(def.var_name);
+    if (!def.grf_name.empty()) files.GRF = Replaced(def.grf_name);
+    if (!def.dat_name.empty()) files.DAT = Replaced(def.dat_name);
+}
 
 void Set_project(const fs::path& folder, const std::string& name) {
     The_project = {};
@@ -150,6 +157,9 @@ bool Change_folder(const fs::path& folder) {
 }
 
 bool Open_project_files() {
+    Remove_leftovers(The_project.ProjectPath, The_project.Projectname);
+    for (const char* memory : {"TARVEN", "TARVENprojectLog"})
+        Remove_leftovers(The_session.StartPath, memory);
     The_project.files = Set_project_files(The_project.ProjectPath, The_project.Projectname);
     Start_report_file();
     Show_panels_of_new_project();

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 
+#include "project/def_file.h"
 #include "project/project.h"
 
 namespace tarven {
@@ -19,6 +20,9 @@ bool OpenTarvenProjectClick(const std::filesystem::path& chosen = {});
 /// The interactive opening of a project named on the command line: a name in the current folder or
 /// a path, with or without ".DEF".
 bool Open_project_at_start(const std::string& name);
+
+/// Takes the names that the FILES section of a DEF file gives instead of the project's own.
+void Replace_files(const DefFile& def, ProjectFiles& files);
 
 /// Runs project.INI, when there is one.
 void Run_ini_file();

@@ -15,4 +15,8 @@ ProjectFiles Set_project_files(const std::filesystem::path& folder, const std::s
 ProjectFile Project_file(const std::filesystem::path& folder, const std::string& name,
                          const std::string& extension);
 
+/// Removes what a process that is gone has left of files that it was about to replace: files of the
+/// folder called stem.EXTENSION.PROCESS.new, as ReplacementFile names them.
+void Remove_leftovers(const std::filesystem::path& folder, const std::string& stem);
+
 }  // namespace tarven

@@ -164,13 +164,15 @@ std::string Failure_of_length(int NTAL) {
 }  // namespace
 
 RecordReading Read_record(LineReader& file, int NTAL, std::vector<double>& values,
-                          const std::string_view* first_line) {
+                          const std::string_view* first_line,
+                          std::vector<WordOfNoNumber>* no_numbers) {
     if (const std::string failure = Failure_of_length(NTAL); !failure.empty())
         return Failed(failure);
     values.resize(static_cast<std::size_t>(NTAL) + 1);
     std::int64_t count = 0;
     std::string_view line;
     std::string_view unreadable;
+    if (no_numbers) no_numbers->clear();
     while (count < NTAL) {
         if (first_line) {
             line = *std::exchange(first_line, nullptr);
@@ -195,8 +197,11 @@ RecordReading Read_record(LineReader& file, int NTAL, std::vector<double>& value
             const char* const word = at;
             const WordKind kind = Read_word(at, end, value);
             if (++count > NTAL) continue;
-            if (kind == WordKind::unreadable && unreadable.empty())
-                unreadable = {word, static_cast<std::size_t>(at - word)};
+            const std::string_view text(word, static_cast<std::size_t>(at - word));
+            if (kind == WordKind::unreadable && unreadable.empty()) unreadable = text;
+            if (kind == WordKind::no_number && no_numbers)
+                no_numbers->push_back(
+                    {Line_for_message(text), file.line_number(), static_cast<int>(count)});
             values[static_cast<std::size_t>(count)] = kind == WordKind::number ? value : NotANumber;
         }
         if (count > NTAL)
@@ -254,6 +259,7 @@ CaseReading Read_case(std::string_view line, const Recoding& recoding, CaseScrat
     // A number of up to 15 characters can be converted, so a word that is not used means nothing.
     if (!Mark_words(line, scratch.nonblank)) return CaseReading::unusual;
     scratch.values.resize(recoding.use.size());
+    scratch.no_numbers.clear();
     const char* const end = line.data() + line.size();
     const std::size_t most = recoding.use.size() - 1;
     std::size_t count = 0;
@@ -276,7 +282,13 @@ CaseReading Read_case(std::string_view line, const Recoding& recoding, CaseScrat
                 continue;
             }
             double value = NotANumber;
-            if (Read_word(at, end, value) == WordKind::unreadable) return CaseReading::unusual;
+            const char* const word = at;
+            const WordKind kind = Read_word(at, end, value);
+            if (kind == WordKind::unreadable) return CaseReading::unusual;
+            if (kind == WordKind::no_number)
+                scratch.no_numbers.push_back(
+                    {Line_for_message({word, static_cast<std::size_t>(at - word)}), 0,
+                     static_cast<int>(count)});
             if (use > 0) {
                 const auto v = static_cast<std::size_t>(use - 1);
                 codes[v] = Looked_up_code(recoding.variables[v], value);

@@ -15,6 +15,13 @@ namespace tarven {
 /// sensible variable, and so becomes missing.
 inline constexpr double NotANumber = -999999.0;
 
+/// A word of the DAT file that is no number and counts as missing.
+struct WordOfNoNumber {
+    std::string text;
+    std::int64_t line = 0;  ///< of the file, from 1
+    int column = 0;         ///< 1..NTAL
+};
+
 /// How reading a record ended: it was read, the file had ended before it, or `error` says what was
 /// wrong, as it is shown to the user.
 struct RecordReading {
@@ -27,9 +34,11 @@ struct RecordReading {
 /// values[1..NTAL] (values is made NTAL+1 long). A comma is a decimal point. A number is an
 /// optional sign and digits with at most one point; every other word has the value NotANumber.
 /// Blank lines between and behind records mean nothing. A record must end where a line ends.
-/// `first_line`, when given, has been taken from the file already.
+/// `first_line`, when given, has been taken from the file already. `no_numbers`, when given, gets
+/// the words of a record without error that are no number.
 RecordReading Read_record(LineReader& file, int NTAL, std::vector<double>& values,
-                          const std::string_view* first_line = nullptr);
+                          const std::string_view* first_line = nullptr,
+                          std::vector<WordOfNoNumber>* no_numbers = nullptr);
 
 /// The variables, conditions and selections of a project laid out for reading many records.
 struct Recoding {
@@ -74,7 +83,9 @@ enum class CaseReading : std::uint8_t {
 
 /// Memory of Read_case.
 struct CaseScratch {
-    std::vector<double> values;           ///< of the columns that need one
+    std::vector<double> values;  ///< of the columns that need one
+    /// Words of the line, in columns that are used, that are no number; their line is not set.
+    std::vector<WordOfNoNumber> no_numbers;
     std::vector<std::uint64_t> nonblank;  ///< of the line: bit k % 64 of [k / 64] is character k
 };
 

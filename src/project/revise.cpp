@@ -7,6 +7,10 @@
 #include "project/cat_file.h"
 #include "project/data.h"
 #include "project/def_file.h"
+#include "project/edited_copy.h"
+#include "project/make.h"
+#include "project/open_project.h"
+#include "project/project_files.h"
 #include "project/project_report.h"
 #include "project/var_file.h"
 #include "shell/commands.h"
@@ -45,32 +49,13 @@ ProjectDefinition Definition_of(const VarFile& file) {
 /// The findings in the report; true when the file may be used.
 bool Write_check(const std::vector<std::string>& lines) {
     bool good = true;
-    for (const VarFinding& finding : Check_VAR_file(lines)) {
+    for (const VarFinding& finding :
+         Check_VAR_file(lines, Path_text(The_project.files.VAR.path.filename()))) {
         Write_report(Finding_line(finding));
         good = good && !finding.error;
     }
     if (good) ShowMessage("The VAR file seems to be in order");
     return good;
-}
-
-/// A copy of a file for the user to edit; the revised lines when they were accepted.
-std::optional<std::vector<std::string>> Edited(const fs::path& file) {
-    const fs::path copy =
-        fs::temp_directory_path() / fmt::format("tarven-{}", file.filename().string());
-    const TextFile before = Read_text_file(file);
-    if (!before.ok || !Write_text_file(copy, before.lines).empty()) {
-        ShowMessage(before.ok ? Path_text(copy) + " could not be written" : before.error);
-        return {};
-    }
-    const bool accepted = The_user.user.edit_file(copy.string());
-    const TextFile after = Read_text_file(copy);
-    std::error_code ignored;
-    fs::remove(copy, ignored);
-    if (!accepted || !after.ok || after.lines == before.lines) {
-        ShowMessage("Revisions abandoned");
-        return {};
-    }
-    return after.lines;
 }
 
 bool User_agrees(const DefinitionComparison& comparison) {
@@ -83,8 +68,24 @@ bool User_agrees(const DefinitionComparison& comparison) {
     return true;
 }
 
+/// Category names that the program had given are given anew in the CAT file.
+void Renew_category_names(const ProjectDefinition& before, const ProjectDefinition& now) {
+    const fs::path& CAT = The_project.files.CAT.path;
+    const FileBytes file = Read_bytes(CAT);
+    int changed = 0;
+    const std::string renewed = Renewed_CAT(file.bytes, before, now, changed);
+    if (!file.error.empty() || changed == 0) return;
+    const std::string failure = Write_bytes(CAT, renewed);
+    ShowMessage(!failure.empty()
+                    ? failure
+                    : fmt::format("{}: {} made anew from the cut points", Path_text(CAT.filename()),
+                                  changed == 1 ? "1 category name was"
+                                               : fmt::format("{} category names were", changed)));
+}
+
 /// Takes a definition into the project; what rested on the old one is given up.
 void Take_variables(const ProjectDefinition& revised, const DefinitionComparison& comparison) {
+    if (comparison.variables_differ) Renew_category_names(The_project, revised);
     static_cast<ProjectDefinition&>(The_project) = revised;
     Set_default_category_names(The_project);
     const TextFile CAT = Read_text_file(The_project.files.CAT.path);
@@ -93,32 +94,50 @@ void Take_variables(const ProjectDefinition& revised, const DefinitionComparison
         Run_moment(Moment::variables_changed);
 }
 
-Outcome Revise_variables() {
-    const auto lines = Edited(The_project.files.VAR.path);
-    if (!lines) return Outcome::done;
-    Open_report();
-    const bool good = Write_check(*lines);
-    const VarFile file = Read_VAR_file(*lines);
-    if (!good || !file.ok) {
+/// Edits a copy of the VAR file until it is in order or given up; the comparison stands in the
+/// report then.
+bool Revised_in_order(EditedCopy& copy, VarFile& file, DefinitionComparison& comparison) {
+    const std::string name = Path_text(The_project.files.VAR.path.filename());
+    while (copy.Edit()) {
+        Open_report();
+        const bool good = Write_check(copy.Lines());
+        file = Read_VAR_file(copy.Lines(), name);
+        if (good && file.ok) {
+            comparison = Compare_definitions(The_project, Definition_of(file));
+            for (const std::string& line : comparison.lines) Write_report(line);
+        }
         Close_report();
-        ShowMessage("Revisions abandoned");
+        if (good && file.ok) return true;
+        if (good) ShowMessage(name + ": " + file.error);
+        if (!AskYesNo_always("The revised file is in error. Do you want to edit it again?"))
+            return false;
+    }
+    return false;
+}
+
+/// SYS and TAB stay the data of the project when only names, comments or blocks were revised.
+void Keep_data_up_to_date() {
+    for (const ProjectFile* file : {&The_project.files.SYS, &The_project.files.TAB}) {
+        std::error_code ignored;
+        if (file->exists)
+            fs::last_write_time(file->path, fs::file_time_type::clock::now(), ignored);
+    }
+}
+
+Outcome Revise_variables() {
+    EditedCopy copy(The_project.files.VAR.path);
+    VarFile file;
+    DefinitionComparison comparison;
+    if (!Revised_in_order(copy, file, comparison) || !User_agrees(comparison)) {
+        copy.Abandon();
         return Outcome::done;
     }
     const ProjectDefinition revised = Definition_of(file);
-    const DefinitionComparison comparison = Compare_definitions(The_project, revised);
-    for (const std::string& line : comparison.lines) Write_report(line);
-    Close_report();
-    if (!User_agrees(comparison)) {
-        ShowMessage("Revisions abandoned");
-        return Outcome::done;
-    }
-    const std::string failure = Write_text_file(The_project.files.VAR.path, *lines);
-    if (!failure.empty()) {
-        ShowMessage(failure);
-        return Outcome::refused;
-    }
+    const bool up_to_date = Message_on_old_data(The_project.files).empty();
+    if (!copy.Take()) return Outcome::refused;
     ShowMessage(comparison.variables_differ ? "VAR, SYS and TAB files will be created."
                                             : "VAR file will be overwritten.");
+    if (!comparison.variables_differ && up_to_date) Keep_data_up_to_date();
     Take_variables(revised, comparison);
     if (comparison.variables_differ) Run_from_code("MAK");
     return Outcome::done;
@@ -158,37 +177,66 @@ Outcome CATEGORIES() {
         Take_category_names(file.lines);
         return Outcome::done;
     }
-    const auto lines = Edited(The_project.files.CAT.path);
-    if (!lines) return Outcome::done;
-    const std::string failure = Write_text_file(The_project.files.CAT.path, *lines);
-    if (!failure.empty()) {
-        ShowMessage(failure);
-        return Outcome::refused;
+    EditedCopy copy(The_project.files.CAT.path);
+    if (!copy.Edit()) {
+        copy.Abandon();
+        return Outcome::done;
     }
-    Take_category_names(*lines);
+    if (!copy.Take()) return Outcome::refused;
+    Take_category_names(copy.Lines());
     return Outcome::done;
 }
 
+/// Whether other cases or codes come out of the same data file.
+bool Recoding_differs(const ProjectDefinition& a, const ProjectDefinition& b) {
+    return a.NTAL != b.NTAL || a.conditions != b.conditions || a.selections != b.selections;
+}
+
+bool Is_same_file(const ProjectFile& a, const ProjectFile& b) {
+    return a.path == b.path && a.exists == b.exists;
+}
+
+/// The files that a DEF file as it stands now names; SYS and TAB keep their state.
+ProjectFiles Files_of(const DefFile& definition) {
+    ProjectFiles files = Set_project_files(The_project.ProjectPath, The_project.Projectname);
+    files.SYS = The_project.files.SYS;
+    files.TAB = The_project.files.TAB;
+    Replace_files(definition, files);
+    return files;
+}
+
 void INPUT_V() {
-    const TextFile DEF = Read_text_file(The_project.files.DEF.path);
-    const TextFile VAR = Read_text_file(The_project.files.VAR.path);
-    const VarFile file = VAR.ok ? Read_VAR_file(VAR.lines) : VarFile{.error = VAR.error};
-    if (!DEF.ok || !file.ok) {
-        ShowMessage(!DEF.ok ? DEF.error
-                            : Path_text(The_project.files.VAR.path) + ": " + file.error);
-        return;
-    }
-    const DefFile definition = Read_DEF_file(DEF.lines);
+    const fs::path& DEF_path = The_project.files.DEF.path;
+    const TextFile DEF = Read_text_file(DEF_path);
+    if (!DEF.ok) return ShowMessage(DEF.error);
+    const DefFile definition = Read_DEF_file(DEF.lines, Path_text(DEF_path.filename()));
+    const ProjectFiles files = Files_of(definition);
     for (const std::string& message : definition.messages) ShowMessage(message);
+    if (!files.VAR.exists) return ShowMessage("Missing VARfile");
+    const TextFile VAR = Read_text_file(files.VAR.path);
+    const VarFile file = VAR.ok ? Read_VAR_file(VAR.lines, Path_text(files.VAR.path.filename()))
+                                : VarFile{.error = VAR.error};
+    if (!file.ok) return ShowMessage(Path_text(files.VAR.path) + ": " + file.error);
     for (const std::string& warning : file.warnings) ShowMessage(warning);
+
     ProjectDefinition revised = Definition_of(file);
     revised.NTAL = definition.NTAL;
     revised.conditions = definition.conditions;
     revised.selections = definition.selections;
     revised.title = definition.title;
     const DefinitionComparison comparison = Compare_definitions(The_project, revised);
+    const bool other_data = !Is_same_file(files.DAT, The_project.files.DAT);
+    const bool changed = comparison.variables_differ || comparison.structure_differs ||
+                         other_data || Recoding_differs(The_project, revised);
     for (const std::string& line : comparison.lines) Write_report(line);
+    if (other_data)
+        ShowMessage(files.DAT.exists
+                        ? fmt::format("The DAT file is {}", Path_text(files.DAT.path.filename()))
+                        : fmt::format("Warning: The DAT file, {} was not found",
+                                      Path_text(files.DAT.path)));
+    The_project.files = files;
     Take_variables(revised, comparison);
+    if (!changed) return;
     ShowMessage("Use FREQUENCIES to check the new variable definitions");
     ShowMessage("You may have to use MAKE to create new SYS and TAB files");
     ShowMessage("Data may have to be DISPOSED!");
@@ -199,6 +247,13 @@ void INPUT_V() {
 DefinitionComparison Compare_definitions(const ProjectDefinition& current,
                                          const ProjectDefinition& revised) {
     DefinitionComparison result;
+    // By place, so that a variable with a new label is where it was.
+    const auto blocks_of = [](const ProjectDefinition& project) {
+        std::vector<int> blocks;
+        for (int i = 1; i <= project.N; ++i)
+            blocks.push_back(project.variables[static_cast<std::size_t>(i)].Levnr);
+        return blocks;
+    };
     result.lines = {"Comparison of new and old variable definitions:"};
     const auto differ = [&](const char* what, const std::string& is, const std::string& was) {
         result.lines.push_back(what);
@@ -214,28 +269,32 @@ DefinitionComparison Compare_definitions(const ProjectDefinition& current,
     if (revised.Nlevels != current.Nlevels)
         differ("Different number of recursive blocks", std::to_string(revised.Nlevels),
                std::to_string(current.Nlevels));
-    const std::string blocks = Block_line(revised);
-    const std::string old_blocks = Block_line(current);
-    if (blocks != old_blocks) differ("Different recursive blocks", blocks, old_blocks);
+    const bool blocks_differ = blocks_of(revised) != blocks_of(current);
+    if (blocks_differ)
+        differ("Different recursive blocks", Block_line(revised), Block_line(current));
     result.variables_differ =
         labels != old_labels || Columns_and_cuts(revised) != Columns_and_cuts(current);
-    result.structure_differs = blocks != old_blocks || revised.Nlevels != current.Nlevels;
+    result.structure_differs = blocks_differ || revised.Nlevels != current.Nlevels;
     return result;
 }
 
 void Register_revise_commands() {
-    Register_command({.keyword = "VAR",
-                      .run = VARIABLES,
-                      .needs = {ProjectNeeded, VariablesNeeded},
-                      .spelling = "VARIABLES",
-                      .summary = "revises the definition of variables",
-                      .help =
-                          "VARIABLES\n\n"
-                          "At a terminal the VAR file is edited with $EDITOR. What was revised is\n"
-                          "checked and compared with what stood there; after a question the\n"
-                          "file is replaced, and MAKE makes new data files when the variables\n"
-                          "have changed. Without a terminal the file is checked as it stands.\n\n"
-                          "Refused without a project; a file in error is not taken."});
+    At_moment(Moment::workspace_reset, "kept copies", [] { The_kept_copies = {}; });
+    Register_command(
+        {.keyword = "VAR",
+         .run = VARIABLES,
+         .needs = {ProjectNeeded, VariablesNeeded},
+         .spelling = "VARIABLES",
+         .summary = "revises the definition of variables",
+         .help = "VARIABLES\n\n"
+                 "At a terminal a copy of the VAR file is edited with $EDITOR. What was\n"
+                 "revised is checked and compared with what stood there; after a question\n"
+                 "the file is replaced, and MAKE makes new data files when the variables\n"
+                 "have changed. Names of categories in the CAT file that were made from\n"
+                 "cut points are made anew. A copy in error can be edited again; one that\n"
+                 "is not taken stays where a message says, and the next VAR offers it.\n"
+                 "Without a terminal the file is checked as it stands.\n\n"
+                 "Refused without a project; a file in error is not taken."});
     Register_command({.keyword = "CAT",
                       .run = CATEGORIES,
                       .needs = {ProjectNeeded, VariablesNeeded},

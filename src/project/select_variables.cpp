@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "shell/variable_lists.h"
+#include "shell/words.h"
 
 namespace tarven {
 
@@ -15,6 +16,24 @@ std::string Labels_of(const ProjectDefinition& project) {
     for (int i = 1; i <= project.N; ++i)
         labels += project.variables[static_cast<std::size_t>(i)].label;
     return labels;
+}
+
+/// The first character behind the keyword that is no label, and its word.
+std::string First_not_understood(const std::string& line, const std::string& labels) {
+    const auto understood = [&](const std::string& text) {
+        return Select_list_to_variables("SELECT " + text, labels, true).ok;
+    };
+    for (int n = 2; n <= Word_count(line); ++n) {
+        const std::string word = Get_word(n, line);
+        if (understood(word)) continue;
+        const auto c = std::find_if(word.begin(), word.end(), [&](char character) {
+            return !understood(std::string(1, character));
+        });
+        if (c == word.end()) continue;
+        const std::string in = word.size() > 1 ? " in \"" + word + "\"" : std::string();
+        return ": \"" + std::string(1, *c) + "\"" + in + " is no variable";
+    }
+    return {};
 }
 
 Variable Score_variable(const ScoreGroups& score) {
@@ -56,7 +75,10 @@ SelectedVariables Select_variables(const ParsedLine& line, const ProjectDefiniti
     const VariableList list =
         Select_list_to_variables(all ? "SELECT " + labels : line.CommandLine, labels, true);
     if (list.list.size() > LongestList) return fail("Too many variables have been selected");
-    if (!list.ok) return selected;
+    if (!list.ok) {
+        selected.not_understood = First_not_understood(line.CommandLine, labels);
+        return selected;
+    }
 
     const auto listed = [&](int code) {
         return std::find(list.list.begin(), list.list.end(), code) != list.list.end();

@@ -23,6 +23,7 @@ struct SelectedVariables {
     std::vector<Variable> variables;    ///< parallel to numbers
     std::vector<int> LevelEnd;          ///< last selected variable of each block, from 1
     std::vector<std::string> messages;  ///< why it failed
+    std::string not_understood;         ///< `: "X" in "PX" is no variable`, when that is why
 };
 
 /// Reads the labels, variable numbers and "#" behind the keyword of `line`; a lone "*" is all

@@ -1,7 +1,9 @@
 #include "project/var_file.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
-#include <optional>
+#include <string_view>
 
 #include "shell/variable_lists.h"
 #include "shell/words.h"
@@ -24,16 +26,29 @@ class WordReader {
             const auto first = line.find_first_not_of(" \t", column_);
             if (first != std::string::npos) {
                 column_ = std::min(line.find_first_of(" \t", first), line.size());
-                return line.substr(first, column_ - first);
+                last_ = line.substr(first, column_ - first);
+                last_line_ = line_ + 1;
+                return last_;
             }
             ++line_;
             column_ = 0;
         }
+        last_.clear();
         return {};
     }
 
     bool Next(std::int32_t& value) { return To_integer(Next(), value); }
     bool Next(double& value) { return To_real(Next(), value); }
+
+    /// Line of the word last read, from 1.
+    std::size_t Line() const { return last_line_; }
+
+    /// " (line 3: "x" where EXPECTED is expected)" of the word last read, or of the end of the
+    /// file.
+    std::string Where(std::string_view expected) const {
+        return fmt::format(" ({}line {}: {} where {} is expected)", last_.empty() ? "behind " : "",
+                           last_line_, last_.empty() ? "nothing" : '"' + last_ + '"', expected);
+    }
 
     /// Index of the first line behind the one last read from.
     std::size_t Rest() const { return std::min(line_ + 1, lines_.size()); }
@@ -41,55 +56,84 @@ class WordReader {
   private:
     const std::vector<std::string>& lines_;
     std::size_t line_ = 0, column_ = 0;
+    std::string last_;
+    std::size_t last_line_ = 0;
 };
 
-std::string Read_cut_points(WordReader& words, Variable& variable) {
-    const auto incomplete = [&] {
-        return std::string("Incomplete file: cut points of variable ") + variable.label;
+/// Lines of a variable that a warning names.
+struct LinesOfVariable {
+    std::size_t label = 0;
+    std::size_t cut_points = 0;  ///< of the first cut point that does not ascend, 0: all do
+    std::string decrease;        ///< what is wrong there
+};
+
+std::string Read_cut_points(WordReader& words, Variable& variable, LinesOfVariable& lines) {
+    const auto incomplete = [&](const std::string& what) {
+        return fmt::format("Incomplete file: cut points of variable {}{}", variable.label,
+                           words.Where(what + ", a number,"));
     };
-    if (!words.Next(variable.vfra)) return incomplete();
-    for (int c = 1; c <= variable.dim; ++c)
-        if (!words.Next(variable.vtil[static_cast<std::size_t>(c)])) return incomplete();
+    if (!words.Next(variable.vfra)) return incomplete("the lower limit");
+    for (std::size_t c = 1; c <= variable.dim; ++c) {
+        if (!words.Next(variable.vtil[c]))
+            return incomplete(fmt::format("cut point {} of {}", c, variable.dim));
+        const double before = c == 1 ? variable.vfra : variable.vtil[c - 1];
+        const bool ascends = c == 1 ? variable.vtil[c] >= before : variable.vtil[c] > before;
+        if (ascends || lines.cut_points > 0) continue;
+        lines.cut_points = words.Line();
+        lines.decrease = fmt::format("cut point {} of {} is {}, {} {} is expected", c, variable.dim,
+                                     variable.vtil[c], c == 1 ? "at least" : "more than", before);
+    }
     return {};
 }
 
 /// The text of a failure, or empty.
-std::string Read_variable(WordReader& words, int number, Variable& variable) {
+std::string Read_variable(WordReader& words, int number, Variable& variable,
+                          LinesOfVariable& lines) {
     const std::string label = words.Next();
     std::int32_t categories = 0, type = 0;
-    if (label.empty()) return "Incomplete file: variable " + std::to_string(number);
+    if (label.empty())
+        return fmt::format("Incomplete file: variable {}{}", number, words.Where("a label"));
     variable.label = label[0];
-    if (!words.Next(variable.VARNO) || !words.Next(categories) || !words.Next(type))
-        return std::string("Incomplete file: definition of variable ") + variable.label;
-    if (variable.VARNO < 1) return std::string("Improper column of variable ") + variable.label;
-    if (categories > MaxCategories) return "Too many categories";
-    if (categories < 2) return "Too few categories";
+    lines.label = words.Line();
+    const auto incomplete = [&](const char* what) {
+        return fmt::format("Incomplete file: definition of variable {}{}", variable.label,
+                           words.Where(what));
+    };
+    if (!words.Next(variable.VARNO)) return incomplete("a column of the DAT file");
+    if (variable.VARNO < 1)
+        return fmt::format("Improper column of variable {}{}", variable.label,
+                           words.Where("a column of the DAT file, from 1 on,"));
+    if (!words.Next(categories)) return incomplete("a number of categories");
+    const std::string wrong_number =
+        words.Where(fmt::format("a number of categories of 2 to {}", MaxCategories));
+    if (!words.Next(type)) return incomplete("a type, 2 (nominal) or 3 (ordinal),");
+    if (categories > MaxCategories) return "Too many categories" + wrong_number;
+    if (categories < 2) return "Too few categories" + wrong_number;
     if (type != Nominal && type != Ordinal)
-        return "IMPROPER VARIABLE TYPE: " + std::to_string(type) + "!";
+        return fmt::format("IMPROPER VARIABLE TYPE: {}!{}", type,
+                           words.Where("2 (nominal) or 3 (ordinal)"));
     variable.dim = static_cast<std::uint8_t>(categories);
     variable.vtype = static_cast<std::uint8_t>(type);
-    return Read_cut_points(words, variable);
-}
-
-bool Cut_points_ascend(const Variable& variable) {
-    if (variable.vfra > variable.vtil[1]) return false;
-    for (std::size_t c = 2; c <= variable.dim; ++c)
-        if (variable.vtil[c] <= variable.vtil[c - 1]) return false;
-    return true;
+    return Read_cut_points(words, variable, lines);
 }
 
 std::string Read_blocks(WordReader& words, VarFile& file) {
     std::int32_t levels = 0;
-    if (!words.Next(levels)) return "INCOMPLETE FILE. RECURSIVE STRUCTURE MISSING!";
+    if (!words.Next(levels))
+        return "INCOMPLETE FILE. RECURSIVE STRUCTURE MISSING!" +
+               words.Where("the number of recursive blocks");
     if (levels <= 0 || levels > file.N) {
         file.Nlevels = 1;
         file.LevelEnd[1] = file.N;
     } else {
         file.Nlevels = levels;
         for (std::size_t b = 1; b <= static_cast<std::size_t>(levels); ++b) {
-            if (!words.Next(file.LevelEnd[b])) return "INCOMPLETE FILE. RECURSIV BLOCKS MISSING!";
+            const bool read = words.Next(file.LevelEnd[b]);
+            const std::string where = words.Where(fmt::format(
+                "the last variable of block {}, {} to {},", b, file.LevelEnd[b - 1] + 1, file.N));
+            if (!read) return "INCOMPLETE FILE. RECURSIV BLOCKS MISSING!" + where;
             if (file.LevelEnd[b] > file.N || file.LevelEnd[b] <= file.LevelEnd[b - 1])
-                return "DECREASING CUTPOINTS FOR BLOCKS! ";
+                return "DECREASING CUTPOINTS FOR BLOCKS! " + where;
         }
     }
     int block = 1;
@@ -122,7 +166,7 @@ bool Read_name(const std::string& line, VarFile& file) {
 }
 
 void Read_comments_and_names(const std::vector<std::string>& lines, std::size_t from,
-                             VarFile& file) {
+                             const std::string& name, VarFile& file) {
     std::size_t end = lines.size();
     while (end > from && lines[end - 1].find_first_not_of(" \t") == std::string::npos) --end;
     bool names = false;
@@ -141,17 +185,26 @@ void Read_comments_and_names(const std::vector<std::string>& lines, std::size_t 
         file.Ncomments = std::min(file.Ncomments + 1, MaxComments);
     }
     if (!good)
-        file.warnings.push_back("error reading variable names or comments - " + lines[end - 1]);
+        file.warnings.push_back(
+            fmt::format("error reading variable names or comments - {} ({}, line {}: a label of {} "
+                        "and a name are expected)",
+                        lines[end - 1], name, end, Labels_of(file.variables, file.N)));
 }
 
-void Warn_of_labels_and_cut_points(VarFile& file) {
+/// [i-1] of `where` is of variable i.
+void Warn_of_labels_and_cut_points(const std::vector<LinesOfVariable>& where,
+                                   const std::string& name, VarFile& file) {
     const std::string labels = Labels_of(file.variables, file.N);
     for (std::size_t k = 0; k < labels.size(); ++k) {
-        if (labels.find(labels[k]) < k)
-            file.warnings.push_back(std::string("LABEL ") + labels[k] + " IS USED MORE THAN ONCE");
-        if (!Cut_points_ascend(file.variables[k + 1]))
-            file.warnings.push_back(std::string("DECREASING CUT POINTS FOR CATEGORIES! ") +
-                                    labels[k]);
+        const std::size_t first = labels.find(labels[k]);
+        if (first < k)
+            file.warnings.push_back(
+                fmt::format("LABEL {} IS USED MORE THAN ONCE ({}, line {}: as in line {})",
+                            labels[k], name, where[k].label, where[first].label));
+        if (where[k].cut_points > 0)
+            file.warnings.push_back(
+                fmt::format("DECREASING CUT POINTS FOR CATEGORIES! {} ({}, line {}: {})", labels[k],
+                            name, where[k].cut_points, where[k].decrease));
     }
 }
 
@@ -163,26 +216,30 @@ std::string Labels_of(const One_based<Variable, 85>& variables, int N) {
     return labels;
 }
 
-VarFile Read_VAR_file(const std::vector<std::string>& lines) {
+VarFile Read_VAR_file(const std::vector<std::string>& lines, const std::string& name) {
     VarFile file;
     WordReader words(lines);
     const std::string first = words.Next();
+    const std::string where =
+        words.Where(fmt::format("the number of variables, 2 to {},", MaxVariables));
     if (!To_integer(first, file.N)) {
         file.N = 0;
-        file.error = first.empty() ? "Incomplete file" : first + " is not an integer";
+        file.error = (first.empty() ? "Incomplete file" : first + " is not an integer") + where;
         return file;
     }
     if (file.N < 2 || file.N > MaxVariables) {
-        file.error = file.N < 2 ? "Too few variables!" : "Too many variables!";
+        file.error = (file.N < 2 ? "Too few variables!" : "Too many variables!") + where;
         file.N = 0;
         return file;
     }
+    std::vector<LinesOfVariable> lines_of(static_cast<std::size_t>(file.N));
     for (int i = 1; i <= file.N && file.error.empty(); ++i)
-        file.error = Read_variable(words, i, file.variables[static_cast<std::size_t>(i)]);
+        file.error = Read_variable(words, i, file.variables[static_cast<std::size_t>(i)],
+                                   lines_of[static_cast<std::size_t>(i - 1)]);
     if (file.error.empty()) file.error = Read_blocks(words, file);
     if (!file.error.empty()) return file;
-    Warn_of_labels_and_cut_points(file);
-    Read_comments_and_names(lines, words.Rest(), file);
+    Warn_of_labels_and_cut_points(lines_of, name, file);
+    Read_comments_and_names(lines, words.Rest(), name, file);
     file.ok = true;
     return file;
 }

@@ -64,7 +64,7 @@ Outcome TABULATE() {
     const SelectedVariables selected = Select_variables(The_line, The_project, {}, true);
     if (!selected.ok) {
         for (const std::string& message : selected.messages) ShowMessage(message);
-        return Refuse("Variables are not ready");
+        return Refuse(("Variables are not ready" + selected.not_understood).c_str());
     }
     TableRequest request{.variables = {}, .LevelEnd = selected.LevelEnd};
     std::vector<int> DIM = {0};

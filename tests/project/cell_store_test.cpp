@@ -112,6 +112,8 @@ TEST(PatternCounter, HoldsExactlyTheLimitOfCells) {
     EXPECT_FALSE(counter.Overflowed());
     counter.Add(pattern(MaxTableCells));
     EXPECT_TRUE(counter.Overflowed());
+    CellStore store;
+    EXPECT_EQ(counter.Move_to(store), "TABDATA not possible") << "it is the counts that are full";
 }
 
 TEST(CellStore, CountsItsArraysExactly) {

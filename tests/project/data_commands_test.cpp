@@ -50,6 +50,29 @@ TEST(Frequencies, AgreeWithTheFiguresOfEveryExample) {
     }
 }
 
+class DataLetters : public DataSession {};
+
+TEST_F(DataLetters, SayWithoutAProjectThatThereAreNoData) {
+    EXPECT_EQ(Run({"SHO D"}), (std::vector<std::string>{"Data source: No data"}));
+}
+
+TEST_F(DataLetters, RefuseCellsOfOtherCases) {
+    Put("x.SYS", "1 1 \n2 2 \n");
+    Put("x.TAB", "1 2 1\n2 1 1\n");
+    Define_project({2, 2});
+    const auto lines = Run({"INP T"});
+    EXPECT_TRUE(Has_line_with(lines, "The 2 cases of x.TAB are not those of x.SYS"));
+    EXPECT_FALSE(The_data.tabdata_ready);
+    EXPECT_EQ(Data_source(), DataSource::sysfile);
+    Put("x.TAB", "1 1 1\n2 2 1\n");
+    Run({"INP T"});
+    EXPECT_TRUE(The_data.tabdata_ready);
+    Put("x.SYS", "1 1 \n2 1 \n");
+    EXPECT_TRUE(Has_line_with(Run({"INP D"}), "The 2 cases of x.TAB are not those of x.SYS"));
+    EXPECT_EQ(Data_source(), DataSource::dataset);
+    EXPECT_FALSE(The_data.tabdata_ready);
+}
+
 TEST(Frequencies, TellValuesAndCategoriesApart) {
     ProjectDefinition definition = Definition_of_dims({2, 2});
     definition.NTAL = 3;

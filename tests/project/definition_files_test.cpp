@@ -60,13 +60,23 @@ TEST(DefFile, TellsTheFirstErrorsOfAFileThatIsNone) {
 TEST(DefFile, TellsLinesInErrorAndKeepsTheOthers) {
     const DefFile def = Read_DEF_file({"3", "4 1 2", "1 5 2", "1 x 2", "2 0 1", "SELECT", "1.5 2",
                                        "1", "0 1", "1 2.5", "2 99999999999", "3 1"});
-    EXPECT_EQ(def.messages,
-              (Lines{"DEFfile error: 4 1 2", "DEFfile error: 1 5 2", "DEFfile error: 1 X 2",
-                     "This string does not define values to be selected: 1.5 2",
-                     "This string does not define values to be selected: 1",
-                     "This string does not define values to be selected: 0 1",
-                     "This string does not define values to be selected: 1 2.5",
-                     "This string does not define values to be selected: 2 99999999999"}));
+    EXPECT_EQ(
+        def.messages,
+        (Lines{
+            "DEFfile error: 4 1 2 (DEF file, line 2: column 4, 1 to 3 are expected)",
+            "DEFfile error: 1 5 2 (DEF file, line 3: the lower limit 5 is above the upper limit 2)",
+            "DEFfile error: 1 X 2 (DEF file, line 4: a column, a lower and an upper limit are "
+            "expected, or a keyword)",
+            "This string does not define values to be selected: 1.5 2 (DEF file, line 7: a column "
+            "and 1 to 85 whole numbers are expected, on at most 85 lines)",
+            "This string does not define values to be selected: 1 (DEF file, line 8: a column and "
+            "1 to 85 whole numbers are expected, on at most 85 lines)",
+            "This string does not define values to be selected: 0 1 (DEF file, line 9: a column "
+            "and 1 to 85 whole numbers are expected, on at most 85 lines)",
+            "This string does not define values to be selected: 1 2.5 (DEF file, line 10: a column "
+            "and 1 to 85 whole numbers are expected, on at most 85 lines)",
+            "This string does not define values to be selected: 2 99999999999 (DEF file, line 11: "
+            "a column and 1 to 85 whole numbers are expected, on at most 85 lines)"}));
     EXPECT_EQ(def.conditions.size(), 3u) << "improper limits stay in force";
     EXPECT_EQ(def.selections, (std::vector<ValueSelection>{{3, {1}}}));
     for (const char* length : {"0", "-1", "x", "", "1.5"})
@@ -105,16 +115,24 @@ TEST(VarFile, DefinesBlocks) {
 
 TEST(VarFile, HoldsTheLimits) {
     EXPECT_TRUE(Var(Var_text(58)).ok);
-    EXPECT_EQ(Var("60\n").error, "Too many variables!");
-    EXPECT_EQ(Var("1\n").error, "Too few variables!");
+    EXPECT_EQ(
+        Var("60\n").error,
+        "Too many variables! (line 1: \"60\" where the number of variables, 2 to 59, is expected)");
+    EXPECT_EQ(
+        Var("1\n").error,
+        "Too few variables! (line 1: \"1\" where the number of variables, 2 to 59, is expected)");
     const auto categories = [](int n) {
         std::string cuts = "0";
         for (int c = 1; c <= n; ++c) cuts += " " + std::to_string(c);
         return "2\nA 1 " + std::to_string(n) + " 3\n" + cuts + "\nB 2 2 3\n0 1 2\n1\n2\n";
     };
     EXPECT_TRUE(Var(categories(57)).ok);
-    EXPECT_EQ(Var(categories(58)).error, "Too many categories");
-    EXPECT_EQ(Var(categories(1)).error, "Too few categories");
+    EXPECT_EQ(
+        Var(categories(58)).error,
+        "Too many categories (line 2: \"58\" where a number of categories of 2 to 57 is expected)");
+    EXPECT_EQ(
+        Var(categories(1)).error,
+        "Too few categories (line 2: \"1\" where a number of categories of 2 to 57 is expected)");
 }
 
 TEST(VarFile, FailsWhereverItIsCutShort) {
@@ -131,8 +149,11 @@ TEST(VarFile, WarnsOfWhatMayBeWrong) {
     const VarFile file = Var("2\nA 1 2 3\n0 1 1\nA 2 2 3\n0 0 2\n1\n2\nVAR\nA Age\nZ x\n");
     ASSERT_TRUE(file.ok);
     EXPECT_EQ(file.warnings,
-              (Lines{"DECREASING CUT POINTS FOR CATEGORIES! A", "LABEL A IS USED MORE THAN ONCE",
-                     "error reading variable names or comments - Z x"}));
+              (Lines{"DECREASING CUT POINTS FOR CATEGORIES! A (VAR file, line 3: cut point 2 of 2 "
+                     "is 1, more than 1 is expected)",
+                     "LABEL A IS USED MORE THAN ONCE (VAR file, line 4: as in line 2)",
+                     "error reading variable names or comments - Z x (VAR file, line 10: a label "
+                     "of AA and a name are expected)"}));
     EXPECT_EQ(file.variables[2].name, "Age") << "of equal labels the last one is meant";
 }
 
@@ -151,47 +172,111 @@ TEST(VarCheck, SaysEachFaultInItsWords) {
         Lines findings;
     };
     const Row rows[] = {
-        {"two\n", {"VAR file error  1: two is not an integer"}},
-        {"1\n", {"VAR file error  2: Too few variables!"}},
-        {"60\n", {"VAR file error  3: Too many variables!"}},
-        {"", {"VAR file error  5: Incomplete file"}},
-        {head, {"VAR file error  5: Incomplete file"}},
-        {"2\nA 1 2 3\n", {"VAR file error  5: incomplete file!"}},
+        {"two\n",
+         {"VAR file error  1: two is not an integer (VAR file, line 1: the number of variables, 2 "
+          "to 59, is expected)"}},
+        {"1\n",
+         {"VAR file error  2: Too few variables! (VAR file, line 1: the number of variables, 2 to "
+          "59, is expected)"}},
+        {"60\n",
+         {"VAR file error  3: Too many variables! (VAR file, line 1: the number of variables, 2 to "
+          "59, is expected)"}},
+        {"",
+         {"VAR file error  5: Incomplete file (VAR file, line 1: the number of variables, 2 to 59, "
+          "is expected)"}},
+        {head,
+         {"VAR file error  5: Incomplete file (VAR file, behind line 3: variable 2 of 2 "
+          "expected)"}},
+        {"2\nA 1 2 3\n",
+         {"VAR file error  5: incomplete file! (VAR file, behind line 2: a lower limit and 2 cut "
+          "points expected)"}},
         {"2\nA 1 2\n0 1 2\n",
-         {"VAR file error  6: Too few parameters to define a variable: A 1 2"}},
-        {"2\nAB 1 2 3\n0 1 2\n", {"VAR file error  7: INVALID VARIABLE PARAMETER! AB"}},
-        {"2\n7 1 2 3\n0 1 2\n", {"VAR file error  7: INVALID VARIABLE PARAMETER! 7"}},
-        {"2\nA 1001 2 3\n0 1 2\n", {"VAR file error  7: INVALID VARIABLE PARAMETER! 1001"}},
-        {"2\nA 1 002 3\n0 1 2\n", {"VAR file error  7: INVALID VARIABLE PARAMETER! 002"}},
-        {"2\nA 1 2 33\n0 1 2\n", {"VAR file error  7: INVALID VARIABLE PARAMETER! 33"}},
-        {"2\nA 1 x 3\n0 1 2\n", {"VAR file error  7: INVALID VARIABLE PARAMETER! x"}},
-        {head + "A 2 2 3\n0 1 2\n1\n2\n", {"WARNING  1: LABEL A IS USED MORE THAN ONCE"}},
-        {head + "B 1 2 3\n0 1 2\n1\n2\n", {"WARNING  2: VARIABLE 1 IS USED MORE THAN ONCE"}},
-        {"2\nA 1 1 3\n0 1\n", {"VAR file error  8: INVALID NUMBER OF CATEGORIES"}},
-        {"2\nA 1 58 3\n0 1\n", {"VAR file error  8: INVALID NUMBER OF CATEGORIES"}},
+         {"VAR file error  6: Too few parameters to define a variable: A 1 2 (VAR file, line 2: "
+          "label, column, categories and type are expected)"}},
+        {"2\nAB 1 2 3\n0 1 2\n",
+         {"VAR file error  7: INVALID VARIABLE PARAMETER! AB (VAR file, line 2: a label of one "
+          "character that is no digit is expected)"}},
+        {"2\n7 1 2 3\n0 1 2\n",
+         {"VAR file error  7: INVALID VARIABLE PARAMETER! 7 (VAR file, line 2: a label of one "
+          "character that is no digit is expected)"}},
+        {"2\nA 1001 2 3\n0 1 2\n",
+         {"VAR file error  7: INVALID VARIABLE PARAMETER! 1001 (VAR file, line 2: a column of the "
+          "DAT file, at most 3 digits, is expected)"}},
+        {"2\nA 1 002 3\n0 1 2\n",
+         {"VAR file error  7: INVALID VARIABLE PARAMETER! 002 (VAR file, line 2: a number of "
+          "categories, at most 2 digits, is expected)"}},
+        {"2\nA 1 2 33\n0 1 2\n",
+         {"VAR file error  7: INVALID VARIABLE PARAMETER! 33 (VAR file, line 2: a type, 2 "
+          "(nominal) or 3 (ordinal), is expected)"}},
+        {"2\nA 1 x 3\n0 1 2\n",
+         {"VAR file error  7: INVALID VARIABLE PARAMETER! x (VAR file, line 2: a number of "
+          "categories, at most 2 digits, is expected)"}},
+        {head + "A 2 2 3\n0 1 2\n1\n2\n",
+         {"WARNING  1: LABEL A IS USED MORE THAN ONCE (VAR file, line 4: as in line 2)"}},
+        {head + "B 1 2 3\n0 1 2\n1\n2\n",
+         {"WARNING  2: VARIABLE 1 IS USED MORE THAN ONCE (VAR file, line 4: as in line 2)"}},
+        {"2\nA 1 1 3\n0 1\n",
+         {"VAR file error  8: INVALID NUMBER OF CATEGORIES (VAR file, line 2: 1, 2 to 57 are "
+          "expected)"}},
+        {"2\nA 1 58 3\n0 1\n",
+         {"VAR file error  8: INVALID NUMBER OF CATEGORIES (VAR file, line 2: 58, 2 to 57 are "
+          "expected)"}},
         {"2\nA 1 2 3\n0 1\n",
-         {"VAR file error  9: Too few parameters to define categories in 3: 0 1 given 3 required"}},
-        {"2\nA 1 2 3\n0 1 2 3\n" + B, {"WARNING  3: TOO MANY PARAMETERS TO DEFINE CATEGORIES!"}},
-        {"2\nA 1 2 3\n0 1 x\n", {"VAR file error 10: NON-NUMERIC CATEGORY PARAMETER!"}},
-        {"2\nA 1 2 3\n0 1 1\n", {"VAR file error 11: DECREASING CUT POINTS FOR CATEGORIES!"}},
-        {"2\nA 1 2 3\n1 0 2\n", {"VAR file error 11: DECREASING CUT POINTS FOR CATEGORIES!"}},
-        {"2\nA 1 2 1\n0 1 2\n", {"VAR file error 12: IMPROPER VARIABLE TYPE: 1!"}},
-        {head + B, {"VAR file error 16: INCOMPLETE FILE. RECURSIVE STRUCTURE MISSING!"}},
+         {"VAR file error  9: Too few parameters to define categories in 3: 0 1 given 3 required "
+          "(VAR file, line 3: a lower limit and 2 cut points are expected)"}},
+        {"2\nA 1 2 3\n0 1 2 3\n" + B,
+         {"WARNING  3: TOO MANY PARAMETERS TO DEFINE CATEGORIES! (VAR file, line 3: 4 numbers, a "
+          "lower limit and 2 cut points are expected)"}},
+        {"2\nA 1 2 3\n0 1 x\n",
+         {"VAR file error 10: NON-NUMERIC CATEGORY PARAMETER! (VAR file, line 3: \"x\", a number "
+          "is expected)"}},
+        {"2\nA 1 2 3\n0 1 1\n",
+         {"VAR file error 11: DECREASING CUT POINTS FOR CATEGORIES! (VAR file, line 3: cut point 2 "
+          "of 2 is 1, more than 1 is expected)"}},
+        {"2\nA 1 2 3\n1 0 2\n",
+         {"VAR file error 11: DECREASING CUT POINTS FOR CATEGORIES! (VAR file, line 3: cut point 1 "
+          "of 2 is 0, at least 1 is expected)"}},
+        {"2\nA 1 2 1\n0 1 2\n",
+         {"VAR file error 12: IMPROPER VARIABLE TYPE: 1! (VAR file, line 2: 2 (nominal) or 3 "
+          "(ordinal) is expected)"}},
+        {head + B,
+         {"VAR file error 16: INCOMPLETE FILE. RECURSIVE STRUCTURE MISSING! (VAR file, line 6: a "
+          "number of blocks is expected)"}},
         {head + B + "one 2\n",
-         {"VAR file error 17: IMPROPER PARAMETER DEFINING RECURSIVE BLOCKS! one 2"}},
-        {head + B + "0\n", {"VAR file error 18: IMPROPER NUMBER OF RECURSIVE BLOCKS! 0"}},
-        {head + B + "3\n", {"VAR file error 18: IMPROPER NUMBER OF RECURSIVE BLOCKS! 3"}},
-        {head + B + "2\n1\n", {"VAR file error 19: INCOMPLETE FILE. RECURSIV BLOCKS MISSING!"}},
-        {head + B + "1\n2 3\n", {"WARNING  6: TOO MANY BLOCKS SEEMS TO BE DEFINED HERE: 2 3"}},
-        {head + B + "2\n1 x\n", {"VAR file error 20: IMPROPER BLOCK PARAMETER! 1 x"}},
-        {head + B + "2\n2 1\n", {"VAR file error 21: DECREASING CUTPOINTS FOR BLOCKS! "}},
-        {head + B + "1\n2\nCOM\n\nx\n", {"WARNING 10: EMPTY RECORDS AMONG COMMENTS"}},
-        {head + B + "1\n2\nVAR\n\nA x\n", {"VAR file error 26: EMPTY RECORD AMONG VARIABLE NAMES"}},
+         {"VAR file error 17: IMPROPER PARAMETER DEFINING RECURSIVE BLOCKS! one 2 (VAR file, line "
+          "6: a number of blocks, 1 to 2, is expected)"}},
+        {head + B + "0\n",
+         {"VAR file error 18: IMPROPER NUMBER OF RECURSIVE BLOCKS! 0 (VAR file, line 6: a number "
+          "of blocks, 1 to 2, is expected)"}},
+        {head + B + "3\n",
+         {"VAR file error 18: IMPROPER NUMBER OF RECURSIVE BLOCKS! 3 (VAR file, line 6: a number "
+          "of blocks, 1 to 2, is expected)"}},
+        {head + B + "2\n1\n",
+         {"VAR file error 19: INCOMPLETE FILE. RECURSIV BLOCKS MISSING! (VAR file, behind line 7: "
+          "the last variable of block 2 of 2 expected)"}},
+        {head + B + "1\n2 3\n",
+         {"WARNING  6: TOO MANY BLOCKS SEEMS TO BE DEFINED HERE: 2 3 (VAR file, line 7: 1 block "
+          "ends in all are expected)"}},
+        {head + B + "2\n1 x\n",
+         {"VAR file error 20: IMPROPER BLOCK PARAMETER! 1 x (VAR file, line 7: \"x\", a variable "
+          "from 1 to 2 is expected)"}},
+        {head + B + "2\n2 1\n",
+         {"VAR file error 21: DECREASING CUTPOINTS FOR BLOCKS!  (VAR file, line 7: 1, more than 2 "
+          "is expected)"}},
+        {head + B + "1\n2\nCOM\n\nx\n",
+         {"WARNING 10: EMPTY RECORDS AMONG COMMENTS (VAR file, line 9: a comment is expected)"}},
+        {head + B + "1\n2\nVAR\n\nA x\n",
+         {"VAR file error 26: EMPTY RECORD AMONG VARIABLE NAMES (VAR file, line 9: a label and a "
+          "name are expected)"}},
         {head + B + "1\n2\nVAR\nA\n",
-         {"VAR file error 27: IMPROPER RECORD WITH VARIABLE NAMES: A"}},
+         {"VAR file error 27: IMPROPER RECORD WITH VARIABLE NAMES: A (VAR file, line 9: a label "
+          "and a name are expected)"}},
         {head + B + "1\n2\nVAR\nAB x\n",
-         {"VAR file error 28: IMPROPER RECORD WITH VARIABLE NAMES: AB x"}},
-        {head + B + "1\n2\nVAR\nC x\n", {"VAR file error 29: LABEL WAS NOT RECOGNIZED: C x"}},
+         {"VAR file error 28: IMPROPER RECORD WITH VARIABLE NAMES: AB x (VAR file, line 9: a label "
+          "and a name are expected)"}},
+        {head + B + "1\n2\nVAR\nC x\n",
+         {"VAR file error 29: LABEL WAS NOT RECOGNIZED: C x (VAR file, line 9: one of AB is "
+          "expected)"}},
         // The lower limit may equal the first cut point; tabs and a CRLF are no fault.
         {"2\r\nA\t1 2 3\r\n1 1 2\r\n" + B + "1\n2\nCOM\nx\nVAR\nA Age\n", {}},
     };

@@ -226,6 +226,13 @@ TEST_F(Making, OpeningUsesWhatIsThereAndFits) {
         {"-", "1 3 \n", "1 1 3\n", DataSource::tabdata, 3, "x.SYS, line 1: \"3\" is not a code"},
         {"-", "1 1 \n", "1 1 0\n", DataSource::sysfile, 1, "x.TAB, line 1: \" 0\" is not a count"},
         {"-", "1 1 \n", "1 1 2\n", DataSource::sysfile, 1, "x.SYS has 1 cases, x.TAB has 2."},
+        {"-", "2 1 \n1 2 \n", "1 1 1\n2 2 1\n", DataSource::sysfile, 2,
+         "The 2 cases of x.TAB are not those of x.SYS. Only the SYS file will be used"},
+        {"-", "2 1 \n1 2 \n2 1 \n", "1 2 1\n2 1 2\n", DataSource::tabdata, 3, ""},
+        {"-", "0 1 \n0 2 \n", "-", DataSource::sysfile, 2,
+         "Variable A: all 2 cases are missing. Column 1 of x.DAT has no value from 1 to 2"},
+        {"1 3\nx 3\n", "-", "-", DataSource::tabdata, 2,
+         "Variable B: all 2 cases are missing. Column 2 of x.DAT, from line 1 on, has no value"},
         {"-", "9 9 \n", "9 9 1\n", DataSource::none, 0, "Use MAKE to create new SYS and TAB"},
         {"1 1\n2 2\n", "1 1 \n", "-", DataSource::sysfile, 1, "*** Sorting data"},
         {"", "-", "-", DataSource::tabdata, 0, "x.DAT holds no data"},
@@ -250,6 +257,74 @@ TEST_F(Making, OpeningUsesWhatIsThereAndFits) {
             EXPECT_NE(Joined(said).find(row.said), std::string::npos) << Joined(said);
         }
     }
+}
+
+TEST_F(Making, OpeningTellsDefinitionsAndDataThatAreNewer) {
+    namespace fs = std::filesystem;
+    for (const char* name : {"x.DEF", "x.VAR", "x.DAT"}) Put(name, "1 1\n");
+    Put("x.SYS", "1 1 \n");
+    Put("x.TAB", "1 1 1\n");
+    Define_project({2, 2});
+    The_project.files.DEF = {folder / "x.DEF", true};
+    The_project.files.VAR = {folder / "x.VAR", true};
+    const auto made = fs::file_time_type::clock::now();
+    const auto said_when = [&](int DEF, int VAR, int DAT, int SYS) {
+        const std::pair<const char*, int> times[] = {
+            {"x.DEF", DEF}, {"x.VAR", VAR}, {"x.DAT", DAT}, {"x.SYS", SYS}, {"x.TAB", 0}};
+        for (const auto& [name, seconds] : times)
+            fs::last_write_time(folder / name, made + std::chrono::seconds(seconds));
+        Said();
+        Load_data_at_opening();
+        return Joined(Said());
+    };
+    const std::string mend = "Use MAKE to create new SYS and TAB files\n";
+    EXPECT_EQ(said_when(-50, 10, 9, 0), "");
+    EXPECT_EQ(said_when(0, 0, 11, 0), "x.DAT is newer than x.SYS and x.TAB\n" + mend);
+    EXPECT_EQ(said_when(20, 30, 40, 50),
+              "x.DEF, x.VAR and x.DAT are newer than x.SYS and x.TAB\n" + mend);
+    EXPECT_EQ(The_project.Nused, 1) << "they are used all the same";
+}
+
+TEST_F(Making, TellsWordsThatAreNoNumbers) {
+    The_session.AUTOMATIC = true;
+    // Column 3 is not used; a record may run over lines, and a left out one counts.
+    Put("x.DAT", "1 1 a\nNA 2 b\n1\n 1O c\n9 NA .\n1 2 3\n");
+    Define_project({2, 2});
+    The_project.NTAL = 3;
+    The_project.conditions = {{.column = 1, .lower = -1e7, .upper = 2}};
+    ASSERT_TRUE(Make());
+    const std::vector<std::string> said = Said();
+    EXPECT_TRUE(Has_line_with(said,
+                              "x.DAT: \"NA\" is no number and counts as missing, 2 times, "
+                              "first in line 2, column 1"));
+    EXPECT_TRUE(Has_line_with(
+        said, "x.DAT: \"1O\" in line 4, column 2, is no number and counts as missing"));
+    EXPECT_FALSE(Has_line_with(said, "\"c\"") || Has_line_with(said, "\"a\""));
+    WordsOfNoNumber words;
+    for (int k = 0; k < 9; ++k) words.Add({std::string(1, static_cast<char>('a' + k % 7)), k, 1});
+    EXPECT_EQ(Lines_on_words(words, "x.DAT").back(),
+              "x.DAT: 2 more words of other kinds are no numbers");
+}
+
+// Whatever ends the program between the two renames, SYS and TAB of different cases never stand
+// together: TAB is gone before the new SYS comes.
+TEST_F(Making, TabGoesBeforeANewSysComes) {
+    Put("x.DAT", "2 2\n");
+    Put("x.TAB", "1 1 1\n");
+    std::filesystem::create_directories(folder / "x.SYS");  // nothing can be renamed over it
+    Define_project({2, 2});
+    const MakeResult made =
+        Make_files(The_project, The_project.files.DAT.path, folder / "x.SYS", folder / "x.TAB", {});
+    EXPECT_FALSE(made.SYS_written || made.TAB_written);
+    EXPECT_FALSE(Exists("x.TAB"));
+    // A link to TAB is followed, as ever.
+    std::filesystem::remove(folder / "x.SYS");
+    Put("real.TAB", "1 1 1\n");
+    std::filesystem::create_symlink(folder / "real.TAB", folder / "x.TAB");
+    EXPECT_TRUE(
+        Make_files(The_project, The_project.files.DAT.path, folder / "x.SYS", folder / "x.TAB", {})
+            .TAB_written);
+    EXPECT_EQ(Bytes("real.TAB"), "2 2 1\n");
 }
 
 TEST(DataSourceOf, TakesTheCheapest) {

@@ -1,6 +1,8 @@
 // Projects are opened, run unattended and closed: what is said, and which files stay.
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 
@@ -134,6 +136,26 @@ TEST_F(Opening, WorksWithoutTheRawData) {
     EXPECT_TRUE(Has_line_with(report, "Warning: The DAT file, "));
     EXPECT_EQ(The_project.Nused, 2201);
     EXPECT_TRUE(Has_line_with(Run({"TAB SC"}), "2201"));
+}
+
+TEST_F(Opening, RemovesWhatADeadProcessLeft) {
+    Copy_example("titanic");
+    const pid_t child = fork();
+    if (child == 0) _exit(0);
+    waitpid(child, nullptr, 0);
+    const std::string dead = "." + std::to_string(child) + ".new";
+    const std::string alive = "." + std::to_string(getppid()) + ".new";
+    for (const std::string& name : {"titanic.SYS" + dead, "Titanic.cat" + dead, "TARVEN.cmd" + dead,
+                                    "titanic.TAB" + alive, "other.SYS" + dead, "titanic" + dead,
+                                    "titanic.a.SYS" + dead, std::string("titanic.SYS.new")})
+        Put(name, "half");
+    Run({"OPE titanic"});
+    for (const std::string& gone :
+         {"titanic.SYS" + dead, "Titanic.cat" + dead, "TARVEN.cmd" + dead})
+        EXPECT_FALSE(Exists(gone)) << gone;
+    for (const std::string& stays : {"titanic.TAB" + alive, "other.SYS" + dead, "titanic" + dead,
+                                     "titanic.a.SYS" + dead, std::string("titanic.SYS.new")})
+        EXPECT_TRUE(Exists(stays)) << stays;
 }
 
 TEST_F(Opening, RunsTheIniFileAndWritesMissingNames) {

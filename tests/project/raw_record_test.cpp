@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <map>
 #include <random>
 #include <set>
+#include <sstream>
+#include <tuple>
 
 #include "project/data_files.h"
 #include "support/definitions.h"
@@ -146,6 +149,34 @@ std::string Plain_cases(std::string_view text, const Recoding& recoding,
     }
 }
 
+using Counted_words = std::map<std::string, std::tuple<std::int64_t, std::int64_t, int>>;
+
+/// The words of the first records that are no number, in columns that are used: how many of each,
+/// line and column of the first.
+Counted_words Plain_words(const std::string& text, const ProjectDefinition& definition,
+                          std::int64_t records) {
+    std::set<int> used;
+    for (std::size_t v = 1; v <= 3; ++v) used.insert(definition.variables[v].VARNO);
+    for (const RangeCondition& c : definition.conditions) used.insert(c.column);
+    for (const ValueSelection& s : definition.selections) used.insert(s.column);
+    Counted_words counted;
+    std::istringstream lines(text);
+    std::int64_t words = 0, line_number = 0;
+    for (std::string line; std::getline(lines, line);) {
+        ++line_number;
+        std::istringstream in(line);
+        for (std::string word; in >> word; ++words) {
+            const int column = static_cast<int>(words % definition.NTAL) + 1;
+            const bool number = word.find_first_not_of("+-.,0123456789") == std::string::npos &&
+                                word.find_first_of("0123456789") != std::string::npos;
+            if (number || words >= records * definition.NTAL || !used.contains(column)) continue;
+            auto& [count, first_line, first_column] = counted[word];
+            if (count++ == 0) std::tie(first_line, first_column) = std::tie(line_number, column);
+        }
+    }
+    return counted;
+}
+
 TEST(Recoding, ReadsCasesByTheShortRoadAsByThePlainOne) {
     std::mt19937 random(9);
     const auto pick = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
@@ -195,6 +226,11 @@ TEST(Recoding, ReadsCasesByTheShortRoadAsByThePlainOne) {
                                  }),
                   error);
         EXPECT_EQ(found, plain) << text;
+        EXPECT_EQ(counts.no_numbers.others, 0);
+        Counted_words counted;
+        for (const auto& [first, count] : counts.no_numbers.kinds)
+            counted[first.text] = {count, first.line, first.column};
+        EXPECT_EQ(counted, Plain_words(text, definition, counts.read)) << text;
     }
 }
 
