@@ -64,11 +64,11 @@ ReadOptions Read_options(int argc, const char* const* argv) {
         read.text = status == 0 ? out.str() : err.str();
         return read;
     }
-    for (const std::string& command : commands) read.options.commands.push_back(To_latin1(command));
+    for (const std::string& command : commands) read.options.commands.push_back(To_line(command));
     // A project that is opened first changes the current folder.
     for (const std::string& file : files)
         read.options.files.push_back(std::filesystem::absolute(file));
-    read.options.project = To_latin1(project);
+    read.options.project = To_line(project);
     read.options.start = std::filesystem::absolute(start.empty() ? "." : start).lexically_normal();
     read.options.report = report;
     if (const std::string missing = Missing_path(read.options); !missing.empty()) {

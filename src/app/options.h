@@ -6,7 +6,7 @@
 
 namespace tarven {
 
-/// What the program was asked to do. Commands and the project are Latin-1, as typed lines are;
+/// What the program was asked to do. Commands and the project are text as typed lines are;
 /// paths are bytes of the file system.
 struct Options {
     std::vector<std::string> commands;         ///< run before the files

@@ -34,7 +34,7 @@ namespace {
 void Remember_arguments(int argc, const char* const* argv) {
     for (int k = 1; k < argc; ++k) {
         if (k > 1) The_session.arguments += ' ';
-        The_session.arguments += To_latin1(argv[k]);
+        The_session.arguments += To_line(argv[k]);
     }
 }
 
@@ -75,7 +75,7 @@ void Run_standard_input() {
         std::string line;
         if (!std::getline(std::cin, line)) return {};
         if (!line.empty() && line.back() == '\r') line.pop_back();
-        return To_latin1(line);
+        return To_line(line);
     });
     Run_lines_of_stream();
 }

@@ -63,7 +63,7 @@ bool Read_definition_file() {
         ShowMessage(Path_text(The_project.files.DEF.path) + " not found");
         return false;
     }
-    const TextFile file = Read_text_file(The_project.files.DEF.path);
+    const TextFile file = Read_text_file(The_project.files.DEF.path, Letters::kept);
     if (!file.ok) {
         ShowMessage(file.error);
         return false;
@@ -115,10 +115,13 @@ void Write_summary() {
         Write_report(line);
 }
 
+/// A path that does not exist in this spelling stays relative in weakly_canonical alone, and would
+/// then follow the current folder.
 fs::path Absolute(const fs::path& path) {
     std::error_code error;
-    const fs::path absolute = fs::weakly_canonical(path, error);
-    return error ? fs::absolute(path) : absolute;
+    const fs::path absolute = fs::absolute(path);
+    const fs::path canonical = fs::weakly_canonical(absolute, error);
+    return error ? absolute : canonical;
 }
 
 std::string Name_up_to_first_point(const fs::path& file) {

@@ -48,14 +48,14 @@ void Remember_project() {
 void Update_project_log() {
     const fs::path file = Log_file();
     if (!fs::exists(file)) return Say(Write_text_file(file, {"Project log:", Log_record()}));
-    const TextFile log = Read_text_file(file);
+    const TextFile log = Read_text_file(file, Letters::kept);
     if (!log.ok) return Say(log.error);
     if (!log.lines.empty() && log.lines.back() == Log_record()) return;
     Say(Append_text_file(file, {Log_record()}));
 }
 
 void Show_project_log() {
-    const TextFile log = Read_text_file(Log_file());
+    const TextFile log = Read_text_file(Log_file(), Letters::kept);
     if (!log.ok) return Say(log.error);
     for (std::size_t line_index = 0; line_index < log.lines.size(); ++line_index)
         if (line_index == 0 || log.lines[line_index] != log.lines[line_index - 1])
@@ -75,7 +75,7 @@ void Show_project_log() {
 }
 
 RememberedProject Remembered_project() {
-    const TextFile memory = Read_text_file(Memory_file());
+    const TextFile memory = Read_text_file(Memory_file(), Letters::kept);
     RememberedProject project;
     if (!memory.ok || memory.lines.size() < 2) return project;
     project = {true, memory.lines[0], memory.lines[1]};

@@ -19,7 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 
 fs::path Named_file(const std::string& otherwise) {
-    const std::string word = Get_word(2, The_line.CommandLine);
+    const std::string word = Get_name(2, The_line.CommandLine);
     return Existing_or(Text_path(word.empty() ? otherwise : word));
 }
 
@@ -77,10 +77,15 @@ Outcome PRINT() {
 
 /// The Read operation: an earlier report, or any text, into this one.
 Outcome READ() {
-    const std::string word = Get_word(2, The_line.CommandLine);
-    if (word.empty() || Upper(word) == "G") {
-        ShowMessage(word.empty() ? "READ needs the name of a report file"
-                                 : "READ G is not available yet");
+    std::string word = Get_name(2, The_line.CommandLine);
+    if (Upper(word) == "G") {
+        ShowMessage("READ G is not available yet");
+        return Outcome::refused;
+    }
+    if (word.empty())
+        word = Choose_file("Read a report", "Report files (*.rep;*.txt)|*.txt;*.rep", "");
+    if (word.empty()) {
+        ShowMessage("READ needs the name of a report file");
         return Outcome::refused;
     }
     const auto found = Find_file(Text_path(word));
@@ -88,7 +93,7 @@ Outcome READ() {
         ShowMessage(Printable(word) + " does not exist");
         return Outcome::refused;
     }
-    const TextFile file = Read_text_file(*found);
+    const TextFile file = Read_text_file(*found, Letters::kept);
     if (!file.ok) {
         ShowMessage(file.error);
         return Outcome::refused;
@@ -113,7 +118,8 @@ void Register_report_commands() {
                       .summary = "saves the report",
                       .help = "OUTPUT\nOUTPUT file\n\n"
                               "Saves the whole report, replacing the file; without a name it is\n"
-                              "project.REP.\n\nExample: OUT titanic.rep\n\n"
+                              "project.REP. A name with blanks stands in quotes.\n\n"
+                              "Example: OUT titanic.rep\n\n"
                               "Refused without a name when no project is open."});
     Register_command({.keyword = "APP",
                       .run = APPEND,
@@ -150,8 +156,10 @@ void Register_report_commands() {
                       .spelling = "READ",
                       .summary = "adds a report file to the report",
                       .help =
-                          "READ file\n\nAdds the lines of a file, an earlier report say, to this\n"
-                          "report. (READ G, gamma values, is not available yet.)\n\n"
+                          "READ\nREAD file\n\n"
+                          "Adds the lines of a file, an earlier report say, to this report. At a\n"
+                          "terminal the file is asked for when none is named. (READ G, gamma\n"
+                          "values, is not available yet.)\n\n"
                           "Example: REA titanic.rep\n\nRefused when the file does not exist."});
     Register_command({.keyword = "SAV",
                       .run = SAVE,

@@ -52,7 +52,7 @@ fs::path Path_of(std::string text) {
 }
 
 Outcome OPEN() {
-    const std::string name = Get_word(2, The_line.CommandLine);
+    const std::string name = Get_name(2, The_line.CommandLine);
     if (!May_replace_project()) return Outcome::refused;
     const auto DEF = name.empty() ? std::nullopt : Find_file(Path_of(name + ".DEF"));
     if (DEF) {
@@ -82,8 +82,8 @@ Outcome S69() {
 }
 
 Outcome BATCH() {
-    const std::string name = Get_word(2, The_line.CommandLine);
-    const std::string word = Get_word(3, The_line.CommandLine);
+    const std::string name = Get_name(2, The_line.CommandLine);
+    const std::string word = Get_name(3, The_line.CommandLine);
     const std::string definition = name + ".def";
     const std::string commands = word.empty() ? name + ".cmd" : word;
     const auto DEF = Find_file(Path_of(definition));
@@ -104,7 +104,7 @@ Outcome BATCH() {
 }
 
 Outcome RUN() {
-    const std::string word = Get_word(2, The_line.CommandLine);
+    const std::string word = Get_name(2, The_line.CommandLine);
     const std::string name = word.empty() ? The_project.Projectname + ".cmd" : word;
     const auto file = Find_file(Path_of(name));
     if (!file) {
@@ -116,7 +116,7 @@ Outcome RUN() {
 }
 
 Outcome CMD() {
-    fs::path file = Path_of(Get_word(2, The_line.CommandLine));
+    fs::path file = Path_of(Get_name(2, The_line.CommandLine));
     if (!Find_file(file)) {
         const std::string chosen =
             Choose_file("Run a command file", "Command files (*.cmd)|*.cmd", "");
@@ -131,7 +131,7 @@ Outcome CMD() {
 }
 
 Outcome CHDIR() {
-    const fs::path folder = Path_of(Get_word(2, The_line.CommandLine));
+    const fs::path folder = Path_of(Get_name(2, The_line.CommandLine));
     if (folder.empty() || !Change_folder(folder)) {
         ShowMessage("Directory not changed");
         return Outcome::refused;
@@ -143,7 +143,7 @@ Outcome CHDIR() {
 /// An import was asked for by another program. Its files are told, and the request stays until
 /// imports can be made.
 void Show_import_request(const fs::path& request) {
-    const TextFile file = Read_text_file(request);
+    const TextFile file = Read_text_file(request, Letters::kept);
     if (!file.ok) return ShowMessage(file.error);
     const auto line = [&](std::size_t n) {
         return n <= file.lines.size() ? file.lines[n - 1] : std::string();
@@ -214,17 +214,19 @@ constexpr const char* ExitHelp =
 }  // namespace
 
 void Register_start_commands() {
-    Register_command({.keyword = "OPE",
-                      .run = OPEN,
-                      .spelling = "OPEN",
-                      .summary = "opens a project",
-                      .help =
-                          "OPEN project\n\n"
-                          "Opens the project whose file project.DEF stands in the current\n"
-                          "folder (a path may stand before the name), shows the environment and\n"
-                          "runs project.INI. A project that is open is given up, after a\n"
-                          "question. When there is no such project you may choose one.\n\n"
-                          "Example: OPE titanic"});
+    Register_command(
+        {.keyword = "OPE",
+         .run = OPEN,
+         .spelling = "OPEN",
+         .summary = "opens a project",
+         .help = "OPEN project\n\n"
+                 "Opens the project whose file project.DEF stands in the current\n"
+                 "folder (a path may stand before the name), shows the environment and\n"
+                 "runs project.INI. A project that is open is given up, after a\n"
+                 "question. When there is no such project you may choose one. A name with\n"
+                 "blanks stands in quotes.\n\n"
+                 "Examples: OPE titanic\n"
+                 "          OPE \"my studies/titanic\""});
     Register_command({.keyword = "S69",
                       .run = S69,
                       .summary = "opens a project by its full path",
@@ -251,7 +253,8 @@ void Register_start_commands() {
                       .help =
                           "RUN\nRUN file\n\n"
                           "Runs the lines of a file of the current folder, project.CMD without\n"
-                          "a name. Command files may run others, 50 deep at most. A line that\n"
+                          "a name. A name with blanks stands in quotes. Command files may run "
+                          "others, 50 deep at most. A line that\n"
                           "fails gives its message, and the next one follows.\n\n"
                           "Example: RUN tables.cmd"});
     Register_command({.keyword = "CMD",
@@ -266,8 +269,8 @@ void Register_start_commands() {
                       .spelling = "CHDIR",
                       .summary = "changes the current folder to the folder in word 2",
                       .help =
-                          "CHDIR folder\n\nExample: CHD studies\n\nRefused when there is no such\n"
-                          "folder."});
+                          "CHDIR folder\n\nA name with blanks stands in quotes.\n\n"
+                          "Example: CHD \"my studies\"\n\nRefused when there is no such folder."});
     Register_command({.keyword = "REO",
                       .run = REOPEN,
                       .needs = {{[] { return !The_project.ProjectOpen; }, "Project already open"}},

@@ -21,7 +21,7 @@ bool RunBatchfile(const std::filesystem::path& file) {
                                 Path_text(file), MaxCommandFileDepth));
         return false;
     }
-    TextFile text = Read_text_file(found.value_or(file));
+    TextFile text = Read_text_file(found.value_or(file), Letters::kept);
     if (!text.ok) {
         ShowMessage(text.error);
         return false;

@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include <cassert>
+#include <optional>
 
+#include "shell/command_table.h"
 #include "shell/commands.h"
 #include "shell/files.h"
 #include "shell/help.h"
@@ -13,6 +15,8 @@
 #include "shell/session.h"
 #include "shell/settings.h"
 #include "shell/user.h"
+#include "shell/variable_lists.h"
+#include "shell/words.h"
 
 namespace tarven {
 
@@ -21,6 +25,23 @@ namespace {
 /// "TAB ?". In a mode a "?" among other parameters is the command's own.
 bool Is_help_request() {
     return Has_parameter('?') && (The_modes.modes.empty() || The_line.ParameterCount == 1);
+}
+
+/// What "HELP TAB" asks about; empty for any other line.
+std::string Keyword_behind_help() {
+    if (The_line.Keyword != "HEL" || The_line.ParameterCount == 0) return "";
+    return Upper(Get_word(1, Behind_keyword(The_line.CommandLine)).substr(0, 3));
+}
+
+/// The command whose help a line asks for, null inside for a keyword without one; nothing when the
+/// line asks for none.
+std::optional<const Command*> Help_wanted(const Command* command, bool known) {
+    if (known && Is_help_request()) return command;
+    const std::string keyword = Keyword_behind_help();
+    const Command* asked = keyword.empty() ? nullptr : Find_typed_command(keyword);
+    const bool reserved = The_modes.modes.empty() && Command_number(keyword) > 0;
+    if (asked || reserved) return asked;
+    return {};
 }
 
 std::string Kind_of_test() {
@@ -100,9 +121,9 @@ void ExecuteCommand() {
     const Command* command = text.empty() ? nullptr : Find_typed_command(The_line.Keyword);
     // A reserved keyword is known in the main mode, though nothing runs.
     const bool known = The_modes.modes.empty() ? The_line.CommandNumber > 0 : command != nullptr;
-    if (known && Is_help_request()) {
+    if (const auto asked = Help_wanted(command, known); asked && !text.empty()) {
         Open_report();
-        Write_command_help(command);
+        Write_command_help(*asked);
         Close_report();
         Clear_fields();
         return;

@@ -24,39 +24,15 @@ std::string Failure_text(const fs::path& path, std::string_view what, int error_
                        std::strerror(error_number));
 }
 
-/// The name in capitals, those of Latin-1 included; a name with other letters only has its ASCII
-/// ones changed.
+/// The name in capitals, those of Latin-1 included; other letters stay as they are.
 std::string Folded_name(const fs::path& path) {
-    const std::string bytes = path.filename().string();
-    std::string name = To_latin1(bytes);
-    if (To_utf8(name) != bytes) return Upper(bytes);
+    std::string name = To_line(path.filename().string());
     for (char& c : name) {
         const auto code = static_cast<unsigned char>(c);
         const bool small = code >= 0xE0 && code <= 0xFE && code != 0xF7;
         c = small ? static_cast<char>(code - 0x20) : Upper(c);
     }
     return name;
-}
-
-/// Letters outside Latin-1 have become "?" in the text. Each such part of a path that does not
-/// exist is the entry of its folder that reads the same, when there is just one.
-fs::path With_letters_restored(const fs::path& path) {
-    fs::path restored;
-    std::error_code error;
-    for (const fs::path& part : path) {
-        const fs::path wanted = restored / part;
-        const bool complete = part.string().find('?') == std::string::npos;
-        std::vector<fs::path> alike;
-        if (!complete && !fs::exists(wanted, error)) {
-            const fs::path folder = restored.empty() ? fs::path(".") : restored;
-            for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
-                 entry.increment(error))
-                if (Path_text(entry->path().filename()) == Path_text(part))
-                    alike.push_back(entry->path().filename());
-        }
-        restored = alike.size() == 1 ? restored / alike[0] : wanted;
-    }
-    return restored;
 }
 
 }  // namespace
@@ -84,17 +60,17 @@ fs::path Existing_or(const fs::path& wanted) {
 }
 
 std::string Path_text(const fs::path& path) {
-    return Printable(To_latin1(path.string()));
+    return Printable(To_line(path.string()));
 }
 
 fs::path Text_path(std::string_view text) {
     // A name typed in Latin-1 is UTF-8 on disk; an embedded NUL ends no name silently.
     const std::string name = To_utf8(text);
     if (name.find('\0') != std::string::npos) return {};
-    return name.find('?') == std::string::npos ? fs::path(name) : With_letters_restored(name);
+    return name;
 }
 
-TextFile Read_text_file(const fs::path& path) {
+TextFile Read_text_file(const fs::path& path, Letters letters) {
     TextFile result;
     std::error_code error;
     if (fs::is_directory(path, error)) {
@@ -118,7 +94,7 @@ TextFile Read_text_file(const fs::path& path) {
     if (bytes.size() > LargestTextFile) result.error = Path_text(path) + " is too large";
     if (!result.error.empty()) return result;
     result.ok = true;
-    result.lines = Split_lines(To_latin1(bytes));
+    result.lines = Split_lines(letters == Letters::kept ? To_line(bytes) : To_latin1(bytes));
     return result;
 }
 

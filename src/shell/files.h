@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
@@ -16,11 +17,10 @@ std::optional<std::filesystem::path> Find_file(const std::filesystem::path& want
 /// Find_file, or `wanted` itself: the path a file has, or that it would be written to.
 std::filesystem::path Existing_or(const std::filesystem::path& wanted);
 
-/// A path as Latin-1 text for messages and reports.
+/// A path as text for messages and reports, as To_line makes it.
 std::string Path_text(const std::filesystem::path& path);
 
-/// The path that a Latin-1 text of a command or a file names. A "?" may stand for a letter outside
-/// Latin-1 in the name of something that exists.
+/// The path that the text of a command or a file names.
 std::filesystem::path Text_path(std::string_view text);
 
 /// A text file read whole: Latin-1 lines without their ends.
@@ -30,8 +30,12 @@ struct TextFile {
     std::vector<std::string> lines;
 };
 
+/// What becomes of letters outside Latin-1 in a text file: "?" where columns and labels count
+/// characters, an escape of To_line where lines are commands or names of files.
+enum class Letters : std::uint8_t { latin1, kept };
+
 /// Reads at most 64 MiB; a folder, a larger file or a failing read is not ok.
-TextFile Read_text_file(const std::filesystem::path& path);
+TextFile Read_text_file(const std::filesystem::path& path, Letters letters = Letters::latin1);
 
 /// A file that replaces another: written beside it under a name of its own, and put in its place
 /// by Commit. A failed or abandoned write leaves the old file whole and removes the new one.

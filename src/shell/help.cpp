@@ -55,12 +55,13 @@ void Write_command_help(const Command* command) {
 
 std::vector<std::string> Command_list() {
     std::vector<std::string> lines;
-    for (const Command* command : Typed_commands()) {
-        if (command->hidden) continue;
-        lines.push_back(fmt::format("{} {} {}{}", command->keyword, Left(command->spelling, 13),
-                                    command->summary,
-                                    command->available ? "" : " (not available yet)"));
-    }
+    std::vector<std::string> later = {"", "Not available yet:"};
+    for (const Command* command : Typed_commands())
+        if (!command->hidden)
+            (command->available ? lines : later)
+                .push_back(fmt::format("{} {} {}", command->keyword, Left(command->spelling, 13),
+                                       command->summary));
+    if (later.size() > 2) Append_lines(lines, later);
     return lines;
 }
 
@@ -68,8 +69,8 @@ std::string Command_reference() {
     std::string text =
         "# Commands\n\n"
         "<!-- Written by `tarven --commands-reference`; the texts stand with the commands. -->\n\n"
-        "Only the first three letters of a command count, in either case. `KEYWORD ?` shows the\n"
-        "same text in the program, `HELP` the list.\n";
+        "Only the first three letters of a command count, in either case. `KEYWORD ?` and\n"
+        "`HELP KEYWORD` show the same text in the program, `HELP` the list.\n";
     for (const Command* command : Registered_commands()) {
         if (command->hidden || !command->available) continue;
         text += fmt::format("\n## {}\n\n{}\n", Title(*command), command->summary);

@@ -12,7 +12,8 @@ namespace tarven {
 std::vector<std::string> Command_help(const Command* command);
 void Write_command_help(const Command* command);
 
-/// One line a command, as HELP lists those of the mode where lines are typed.
+/// One line a command of the mode where lines are typed, as HELP lists them: first what is there,
+/// then what is not available yet.
 std::vector<std::string> Command_list();
 
 /// The user's reference of all commands of the main mode as Markdown (UTF-8), from the same texts.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "shell/command_table.h"
+#include "shell/text.h"
 #include "shell/user.h"
 
 namespace tarven {
@@ -23,8 +24,11 @@ void Parse_command(std::string_view text, ParsedLine& line) {
     if (start != std::string_view::npos) {
         line.Keyword = Upper(text.substr(start, 3));
         const auto blank = text.find(' ', start);
-        for (auto k = blank; k < text.size() && line.ParameterCount < MaxParameters; ++k)
-            if (text[k] != ' ') line.ParameterField[line.ParameterCount++] = Upper(text[k]);
+        const std::string behind =
+            blank == std::string_view::npos ? "" : One_byte_a_letter(text.substr(blank));
+        for (const char c : behind)
+            if (c != ' ' && line.ParameterCount < MaxParameters)
+                line.ParameterField[line.ParameterCount++] = Upper(c);
         line.CommandNumber = static_cast<std::uint8_t>(Command_number(line.Keyword));
     }
     const Numbers numbers = Extract_numbers(text);

@@ -13,6 +13,7 @@
 #include "shell/session.h"
 #include "shell/test_settings_commands.h"
 #include "shell/user.h"
+#include "shell/variable_lists.h"
 
 namespace tarven {
 
@@ -58,11 +59,15 @@ Outcome AUTOMATIC() {
 }
 
 Outcome HELP() {
+    if (The_line.ParameterCount > 0) {
+        ShowMessage("Unrecognized command: " + std::string(Behind_keyword(The_line.CommandLine)));
+        return Outcome::refused;
+    }
     Write_header("Commands");
     Write_lines(Command_list());
     Write_report("");
     Write_report(
-        "Three letters of a command are enough. A command and \"?\" tells its parameters.");
+        "Three letters of a command are enough. \"HELP TAB\" or \"TAB ?\" tells what TAB takes.");
     return Outcome::done;
 }
 
@@ -108,9 +113,10 @@ void Register_shell_commands() {
                       .report = Report::opened,
                       .spelling = "HELP",
                       .summary = "lists all commands",
-                      .help =
-                          "HELP\n\nLists all commands with one line each. \"TAB ?\" tells more of\n"
-                          "one command."});
+                      .help = "HELP\nHELP command\n\n"
+                              "Lists all commands with one line each, first those that are there.\n"
+                              "\"HELP TAB\" and \"TAB ?\" tell more of one command.\n\n"
+                              "Refused for a word that is no command."});
     Register_command({.keyword = "S15",
                       .run = [] { return Outcome::done; },
                       .summary = "is accepted and does nothing",

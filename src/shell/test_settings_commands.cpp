@@ -180,12 +180,21 @@ void Register_test_settings_commands() {
     Register_command(Setting("ASY", "ASYMPTOTIC", ASYMPTOTIC, "asymptotic p-values alone",
                              "ASYMPTOTIC\n\nTests have asymptotic p-values alone. The number of\n"
                              "random tables and the seed are kept."));
-    Register_command(
-        Setting("LOC", "LOCAL",
-                Flag(&TestSettings::LocalTests, true, "Local test results will be reported"),
-                "tests report the results of every stratum",
-                "LOCAL\n\nTests print the table and the results of every stratum,\n"
-                "and the results for each category of the conditioning variables."));
+    Register_command(Setting(
+        "LOC", "LOCAL",
+        Flag(&TestSettings::LocalTests, true, "Local test results will be reported"),
+        "tests report the results of every stratum",
+        "LOCAL\n\n"
+        "From now on TES and CHO look into the strata of each hypothesis X & Y given Z.\n"
+        "Behind its line follow, for each conditioning variable, the statistic, its degrees\n"
+        "of freedom, gamma and their p-values within each category, and the number of\n"
+        "strata by the sign and the p-value of gamma. With letters of TES that print\n"
+        "tables (TES R) the table of every stratum stands before, with its own results;\n"
+        "such a letter turns LOCAL on as well.\n"
+        "\n"
+        "GLOBAL turns it off.\n"
+        "\n"
+        "Example: LOC, then TAB SCG, HYP SG and TES"));
     Register_command(Setting(
         "GLO", "GLOBAL",
         Flag(&TestSettings::LocalTests, false, "Global test results will be reported"),

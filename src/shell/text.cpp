@@ -35,32 +35,95 @@ bool Is_control(unsigned char c) {
     return c < 0x20 || (c >= 0x7F && c < 0xA0);
 }
 
-}  // namespace
+// An escape is OtherLetter and five digits of five bits each, the highest first, every digit one of
+// the control characters 0x80 to 0x9F.
 
-std::string To_utf8(std::string_view latin1) {
-    std::string result;
-    result.reserve(latin1.size());
-    for (const char c : latin1) {
-        const auto code = static_cast<unsigned char>(c);
-        if (code < 0x80) {
-            result += c;
-        } else {
-            result += static_cast<char>(0xC0 | code >> 6);
-            result += static_cast<char>(0x80 | (code & 0x3F));
-        }
-    }
-    return result;
+std::string Escape(std::uint32_t point) {
+    std::string escape(1, OtherLetter);
+    for (int shift = 20; shift >= 0; shift -= 5)
+        escape += static_cast<char>(0x80 | (point >> shift & 0x1F));
+    return escape;
 }
 
-std::string To_latin1(std::string_view bytes) {
+/// The code point of an escape at `at`; 0 when there is none. What is no character outside Latin-1
+/// (a surrogate, too large a number) is none.
+std::uint32_t Escaped(std::string_view text, std::size_t at) {
+    if (text[at] != OtherLetter || text.size() - at < OtherLetterLength) return 0;
+    std::uint32_t point = 0;
+    for (std::size_t k = 1; k < OtherLetterLength; ++k) {
+        const auto digit = static_cast<unsigned char>(text[at + k]);
+        if (digit < 0x80 || digit > 0x9F) return 0;
+        point = point << 5 | (digit & 0x1F);
+    }
+    const bool surrogate = point >= 0xD800 && point < 0xE000;
+    return point < 0x100 || point > 0x10FFFF || surrogate ? 0 : point;
+}
+
+void Append_utf8(std::string& bytes, std::uint32_t point) {
+    const auto tail = [&](int shift) {
+        bytes += static_cast<char>(0x80 | (point >> shift & 0x3F));
+    };
+    if (point < 0x80) {
+        bytes += static_cast<char>(point);
+    } else if (point < 0x800) {
+        bytes += static_cast<char>(0xC0 | point >> 6);
+        tail(0);
+    } else if (point < 0x10000) {
+        bytes += static_cast<char>(0xE0 | point >> 12);
+        tail(6), tail(0);
+    } else {
+        bytes += static_cast<char>(0xF0 | point >> 18);
+        tail(12), tail(6), tail(0);
+    }
+}
+
+template <class Other>
+std::string Latin1(std::string_view bytes, Other other) {
     if (bytes.starts_with(ByteOrderMark)) bytes.remove_prefix(ByteOrderMark.size());
     std::string result;
     result.reserve(bytes.size());
     for (std::size_t at = 0; at < bytes.size();) {
         const auto point = Next_code_point(bytes, at);
         if (!point) return std::string(bytes);
-        result += *point < 0x100 ? static_cast<char>(*point) : '?';
+        if (*point < 0x100)
+            result += static_cast<char>(*point);
+        else
+            result += other(*point);
     }
+    return result;
+}
+
+}  // namespace
+
+std::string To_utf8(std::string_view latin1) {
+    std::string result;
+    result.reserve(latin1.size());
+    for (std::size_t at = 0; at < latin1.size();) {
+        const std::uint32_t other = Escaped(latin1, at);
+        Append_utf8(result, other ? other : static_cast<unsigned char>(latin1[at]));
+        at += other ? OtherLetterLength : 1;
+    }
+    return result;
+}
+
+std::string To_latin1(std::string_view bytes) {
+    return Latin1(bytes, [](std::uint32_t) { return '?'; });
+}
+
+std::string To_line(std::string_view bytes) {
+    return Latin1(bytes, Escape);
+}
+
+bool Is_other_letter(std::string_view text, std::size_t at) {
+    return at < text.size() && Escaped(text, at) != 0;
+}
+
+std::string One_byte_a_letter(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    for (std::size_t at = 0; at < text.size();
+         at += Is_other_letter(text, at) ? OtherLetterLength : 1)
+        result += text[at];
     return result;
 }
 
@@ -79,8 +142,14 @@ std::vector<std::string> Split_lines(std::string_view text) {
 
 std::string Printable(std::string_view text) {
     std::string result(text);
-    for (char& c : result)
-        if (Is_control(static_cast<unsigned char>(c))) c = c == '\t' ? ' ' : '?';
+    for (std::size_t at = 0; at < result.size(); ++at) {
+        char& c = result[at];
+        if (!Is_control(static_cast<unsigned char>(c))) continue;
+        if (Is_other_letter(result, at))
+            at += OtherLetterLength - 1;
+        else
+            c = c == '\t' ? ' ' : '?';
+    }
     return result;
 }
 

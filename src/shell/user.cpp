@@ -85,7 +85,8 @@ std::string AskUser(const std::string& caption, const std::string& prompt,
                     const std::string& initial) {
     if (The_user.user.ask_user)
         return The_user.user.ask_user(caption, prompt, initial).value_or(initial);
-    return Next_line().value_or(initial);
+    const std::string answer = Next_line().value_or("");
+    return answer.empty() ? initial : answer;
 }
 
 std::string SelectVariables(const std::string& title, const std::vector<std::string>& labels) {

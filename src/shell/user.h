@@ -63,7 +63,8 @@ enum class Answer : std::uint8_t { yes, no, cancel };
 /// end of a terminal's input. Yes in automatic mode; without an answer No.
 Answer AskYesNoCancel(const std::string& text);
 
-/// One field of text. Without a user the next line of the command stream, at its end `initial`.
+/// One field of text. Without a user the next line of the command stream. An empty answer, and
+/// the end of the stream, take `initial`.
 /// Not affected by automatic mode.
 std::string AskUser(const std::string& caption, const std::string& prompt,
                     const std::string& initial);

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "shell/limits.h"
+#include "shell/text.h"
 #include "shell/user.h"
 
 namespace tarven {
@@ -29,10 +30,11 @@ int Last_label(char character, std::string_view labels) {
     return at == std::string_view::npos ? 0 : static_cast<int>(at) + 1;
 }
 
-VariableList Converted(std::string_view text, std::string_view labels, bool skip_first_word,
+VariableList Converted(std::string_view line, std::string_view labels, bool skip_first_word,
                        const Rule& rule) {
     VariableList result;
-    text = text.substr(0, MaxTextLength);
+    const std::string letters = One_byte_a_letter(line);
+    std::string_view text = std::string_view(letters).substr(0, MaxTextLength);
     if (skip_first_word) text = Behind_keyword(text);
     for (std::size_t k = 0; k < text.size();) {
         const char c = text[k];

@@ -54,6 +54,26 @@ std::string Get_word(int n, std::string_view text) {
     return std::string(word);
 }
 
+std::string Get_name(int n, std::string_view text) {
+    std::size_t at = 0;
+    std::string name;
+    for (int i = 1; i <= n; ++i) {
+        at = text.find_first_not_of(' ', at);
+        if (at == std::string_view::npos) return {};
+        name.clear();
+        for (; at < text.size() && text[at] != ' '; ++at) {
+            const auto end = text[at] == '"' ? text.find('"', at + 1) : std::string_view::npos;
+            if (end == std::string_view::npos) {
+                name += text[at];
+                continue;
+            }
+            name += text.substr(at + 1, end - at - 1);
+            at = end;
+        }
+    }
+    return name;
+}
+
 StringType String_type(std::string_view text) {
     if (text.empty()) return StringType::empty;
     const std::string_view word = Trimmed(text);

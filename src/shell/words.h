@@ -44,6 +44,11 @@ int Word_count(std::string_view text);
 /// The n-th word, n from 1; empty when there are fewer, or n is below 1.
 std::string Get_word(int n, std::string_view text);
 
+/// As Get_word, but a part between double quotes belongs to its word with its blanks, and the
+/// quotes do not: the second of CHD "my study" is my study. A quote without a second one is an
+/// ordinary character.
+std::string Get_name(int n, std::string_view text);
+
 /// "1E5" is text and never a number; so are "." and "+".
 StringType String_type(std::string_view text);
 

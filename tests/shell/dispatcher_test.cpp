@@ -11,6 +11,7 @@
 #include "shell/report.h"
 #include "shell/session.h"
 #include "shell/settings.h"
+#include "shell/text.h"
 #include "shell/user.h"
 #include "support/session.h"
 
@@ -66,8 +67,15 @@ TEST_F(Dispatcher, GivesHelpInsteadOfRunning) {
         << "without a blank the mark is part of the word";
 }
 
-TEST_F(Dispatcher, HelpListsEveryCommandThatIsNotHidden) {
+TEST_F(Dispatcher, HelpListsEveryCommandThatIsNotHiddenFirstThoseThatAreThere) {
     const Lines list = Command_list();
+    const auto later = std::find(list.begin(), list.end(), "Not available yet:");
+    const auto listed_before = [&](const std::string& keyword) {
+        return std::any_of(list.begin(), later,
+                           [&](const std::string& line) { return line.starts_with(keyword); });
+    };
+    EXPECT_TRUE(listed_before("TES "));
+    EXPECT_FALSE(listed_before("GRA "));
     for (const char* keyword : {"TAB", "TES", "EXA", "GRA", "GLL", "COR", "PBO", "HEL"})
         EXPECT_EQ(std::count_if(list.begin(), list.end(),
                                 [&](const std::string& line) {
@@ -76,7 +84,23 @@ TEST_F(Dispatcher, HelpListsEveryCommandThatIsNotHidden) {
                   1)
             << keyword;
     for (const std::string& line : list)
-        EXPECT_FALSE(line.substr(18).find_first_not_of(' ') == std::string::npos) << line;
+        EXPECT_FALSE(line.size() > 18 &&
+                     line.substr(18).find_first_not_of(' ') == std::string::npos)
+            << line;
+}
+
+TEST_F(Dispatcher, AsksForHelpByAWordBehindHelpToo) {
+    const Lines help = Run({"TES ?"});
+    EXPECT_EQ(Run({"HELP TES"}), help);
+    EXPECT_EQ(Run({"help testing"}), help);
+    EXPECT_EQ(Run({"HELP xyz"}), Lines{"Unrecognized command: xyz"});
+    EXPECT_TRUE(The_session.history.empty()) << "no help request is kept";
+}
+
+TEST_F(Dispatcher, ALetterOutsideLatin1AsksForNoHelp) {
+    const std::string euro = To_line("\xE2\x82\xAC");
+    EXPECT_EQ(Run({"TAB " + euro}), Run({"TAB x"}));
+    EXPECT_EQ(Run({euro + "?"}), Lines{"Unrecognized command: " + euro + "?"});
 }
 
 TEST_F(Dispatcher, HelpIsPutTogetherFromTheLettersOfAllFloors) {

@@ -48,6 +48,12 @@ TEST_F(Nobody, ReadsTheInnermostSourceAlone) {
     EXPECT_TRUE(AskYesNo("Really?"));
 }
 
+TEST_F(Nobody, AnEmptyAnswerTakesTheDefault) {
+    Push_lines({"", "text"});
+    EXPECT_EQ(AskUser("Name", "Name", "initial"), "initial");
+    EXPECT_EQ(AskUser("Name", "Name", "initial"), "text") << "the empty line was the answer";
+}
+
 TEST_F(Nobody, AutomaticModeAnswersYesAndTakesNoLine) {
     The_session.AUTOMATIC = true;
     Push_lines({"N", "text"});

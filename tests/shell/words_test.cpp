@@ -17,6 +17,17 @@ TEST(Words, AreSeparatedByBlanksAndNothingElse) {
     EXPECT_EQ(Get_word(0, "TAB"), "");
 }
 
+TEST(Words, HoldBlanksBetweenQuotes) {
+    const std::string line = "OPE  \"my study/a b\"  D  x\" y";
+    EXPECT_EQ(Get_name(2, line), "my study/a b");
+    EXPECT_EQ(Get_name(3, line), "D");
+    EXPECT_EQ(Get_name(4, line), "x\"") << "a lone quote is a character";
+    EXPECT_EQ(Get_name(5, line), "y");
+    EXPECT_EQ(Get_name(6, line), "");
+    EXPECT_EQ(Get_name(2, "OUT my\" \"file"), "my file");
+    EXPECT_EQ(Get_name(2, "OUT \"\" x"), "");
+}
+
 TEST(Words, KnowWhatIsANumber) {
     struct Row {
         const char* text;
