@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 #include <histedit.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -14,9 +15,11 @@
 #include <filesystem>
 #include <memory>
 
+#include "app/line_history.h"
 #include "app/output.h"
 #include "shell/files.h"
 #include "shell/mode.h"
+#include "shell/session.h"
 #include "shell/text.h"
 #include "shell/user.h"
 #include "shell/words.h"
@@ -27,13 +30,14 @@ namespace tarven {
 
 namespace {
 
-constexpr int HistoryLength = 500;
 constexpr std::size_t LongestList = 60;  ///< completions shown
 
 // What a signal handler may read.
 inline std::atomic<bool> Command_runs{false};
 inline std::atomic<bool> Interrupted_before{false};
 inline std::atomic<bool> Line_interrupted{false};
+inline std::atomic<bool> Suspension_asked{false};
+inline std::atomic<bool> Continued{false};
 
 /// libedit and what it holds; one for the program.
 struct Line_editor {
@@ -41,7 +45,12 @@ struct Line_editor {
     std::unique_ptr<::History, decltype(&history_end)> history{nullptr, history_end};
     std::string prompt;  ///< UTF-8
     std::FILE* screen = stdout;
-    bool asks_for_file = false;  ///< Tab completes names of files
+    /// Set while a file of this folder is asked for: Tab completes its names.
+    std::optional<std::filesystem::path> folder_of_file;
+    /// The line typed last while it is not known to be kept: the Up key brings it back for
+    /// correction, and the next line takes its place.
+    std::optional<std::string> last_line;
+    int last_event = 0;  ///< its number in `history`; 0: it stood there before
 };
 
 inline Line_editor The_editor;
@@ -64,14 +73,85 @@ char* Prompt(EditLine*) {
     return The_editor.prompt.data();
 }
 
+void Note_suspension(int) {
+    Suspension_asked.store(true);
+}
+
+void Note_continuation(int) {
+    Continued.store(true);
+}
+
+/// What a signal does while one lives; reads that wait are interrupted by it.
+class Signal_handler {
+  public:
+    Signal_handler(int signal, void (*handler)(int)) : signal_(signal) {
+        struct sigaction action {};
+        action.sa_handler = handler;
+        sigemptyset(&action.sa_mask);
+        sigaction(signal, &action, &before_);
+        // A shell without job control has the signal ignored.
+        if (before_.sa_handler == SIG_IGN) sigaction(signal, &before_, nullptr);
+    }
+    ~Signal_handler() { sigaction(signal_, &before_, nullptr); }
+    Signal_handler(const Signal_handler&) = delete;
+    Signal_handler& operator=(const Signal_handler&) = delete;
+
+  private:
+    int signal_;
+    struct sigaction before_ {};
+};
+
+/// Ctrl-Z at the prompt: the shell gets its terminal back as it was. Returns when the program is
+/// continued.
+void Suspend() {
+    el_set(The_editor.editor.get(), EL_PREP_TERM, 0);
+    const Signal_handler as_always(SIGTSTP, SIG_DFL);
+    std::raise(SIGTSTP);
+    Continued.store(true);
+}
+
+/// The shell has had the terminal meanwhile: it is set up anew.
+void Take_terminal_again() {
+    // The editor believes that nothing has changed unless it is told to let go first.
+    el_set(The_editor.editor.get(), EL_PREP_TERM, 0);
+    el_set(The_editor.editor.get(), EL_PREP_TERM, 1);
+}
+
+/// Waits until the terminal can be read; false when a signal came first. Signals are held back but
+/// for the waiting itself, so that none slips in between looking for one and waiting.
+bool Wait_for_input() {
+    sigset_t held, before;
+    sigemptyset(&held);
+    for (const int signal : {SIGINT, SIGTSTP, SIGCONT}) sigaddset(&held, signal);
+    sigprocmask(SIG_BLOCK, &held, &before);
+    bool ready = false;
+    if (!Line_interrupted.load() && !Suspension_asked.load() && !Continued.load()) {
+        pollfd terminal{.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
+        // What is wrong with the terminal is told by the read.
+        ready = ppoll(&terminal, 1, nullptr, &before) >= 0 || errno != EINTR;
+    }
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+    return ready;
+}
+
+constexpr unsigned char Redraw = 0x1F;  ///< bound to the drawing of prompt and line
+
 /// One byte of the terminal: 1, 0 at the end of input, -1 with errno EINTR when Ctrl-C gives up the
-/// line. Other interrupts (a window that changes its size) are waited out.
+/// line. Other interrupts (a window that changes its size) are waited out; after a stop of the
+/// program the line is drawn again.
 int Read_byte(unsigned char& byte) {
     for (;;) {
         if (Line_interrupted.exchange(false)) {
             errno = EINTR;
             return -1;
         }
+        if (Suspension_asked.exchange(false)) Suspend();
+        if (Continued.exchange(false)) {
+            Take_terminal_again();
+            byte = Redraw;
+            return 1;
+        }
+        if (!Wait_for_input()) continue;
         const ssize_t got = read(STDIN_FILENO, &byte, 1);
         if (got >= 0) return static_cast<int>(got);
         if (errno != EINTR) return -1;
@@ -96,16 +176,18 @@ int Read_character(EditLine*, wchar_t* character) {
 }
 
 /// Tab: puts in what all completions share, or lists them.
-unsigned char Complete(EditLine* editor, int key) {
-    if (The_editor.asks_for_file) return _el_fn_complete(editor, key);
+unsigned char Complete(EditLine* editor, int) {
     const LineInfo* line = el_line(editor);
-    const std::string before = To_latin1({line->buffer, line->cursor});
+    const std::string before = To_line({line->buffer, line->cursor});
     const auto labels = Labels_to_complete ? Labels_to_complete() : std::vector<LabelAndName>();
-    const Completions found = Completions_of(before, labels);
+    const Completions found = The_editor.folder_of_file
+                                  ? Completions_of_file(before, *The_editor.folder_of_file)
+                                  : Completions_of(before, labels);
     if (found.words.empty()) return CC_REFRESH_BEEP;
     std::string text = Common_beginning(found.words);
-    if (found.words.size() == 1) text += ' ';
-    if (static_cast<int>(text.size()) > found.replaced || found.words.size() == 1) {
+    if (found.words.size() == 1 && !found.goes_on) text += ' ';
+    const int letters = static_cast<int>(One_byte_a_letter(text).size());
+    if (letters > found.replaced || found.words.size() == 1) {
         el_deletestr(editor, found.replaced);
         el_insertstr(editor, To_utf8(text).c_str());
         return CC_REFRESH;
@@ -128,14 +210,44 @@ void Open_editor() {
     EditLine* editor = The_editor.editor.get();
     The_editor.history.reset(history_init());
     HistEvent event;
-    history(The_editor.history.get(), &event, H_SETSIZE, HistoryLength);
+    history(The_editor.history.get(), &event, H_SETSIZE, static_cast<int>(HistoryLength));
     history(The_editor.history.get(), &event, H_SETUNIQUE, 1);
+    for (const std::string& line : Read_line_history(History_file()))
+        history(The_editor.history.get(), &event, H_ENTER, To_utf8(line).c_str());
     el_set(editor, EL_PROMPT, Prompt);
     el_set(editor, EL_GETCFN, Read_character);
     el_set(editor, EL_EDITOR, "emacs");
     el_set(editor, EL_HIST, history, The_editor.history.get());
     el_set(editor, EL_ADDFN, "complete-word", "Complete the word", Complete);
     el_set(editor, EL_BIND, "\t", "complete-word", nullptr);
+    el_set(editor, EL_BIND, std::string(1, static_cast<char>(Redraw)).c_str(), "ed-redisplay",
+           nullptr);
+}
+
+/// Puts a typed line where the Up key finds it, in the place of one that was not kept.
+void Offer_line_again(const std::string& line) {
+    ::History* const lines = The_editor.history.get();
+    HistEvent event;
+    if (The_editor.last_line && The_editor.last_event > 0)
+        history(lines, &event, H_DEL, The_editor.last_event);
+    The_editor.last_line = line;
+    const std::string bytes = To_utf8(line);
+    const bool stands = history(lines, &event, H_FIRST) == 0 && bytes == event.str;
+    The_editor.last_event = 0;
+    if (!stands && history(lines, &event, H_ENTER, bytes.c_str()) >= 0)
+        The_editor.last_event = event.num;
+}
+
+/// The dispatcher has the line that was typed last in its history when it kept it: then it is kept
+/// here, for the sessions to come too.
+void Keep_last_line() {
+    const auto& kept = The_session.history;
+    if (!The_editor.last_line || kept.empty() ||
+        kept.back() != The_editor.last_line->substr(0, kept.back().size()) ||
+        kept.back().size() < std::min<std::size_t>(The_editor.last_line->size(), 120))
+        return;
+    Add_to_line_history(History_file(), *The_editor.last_line);
+    The_editor.last_line.reset();
 }
 
 /// One typed line (Latin-1) behind a prompt; nothing at the end of input. An interrupted line is
@@ -144,6 +256,10 @@ std::optional<std::string> Read_typed(const std::string& prompt, bool is_command
     Open_editor();
     if (!The_editor.editor) return {};
     The_editor.prompt = To_utf8(Printable(prompt));
+    Suspension_asked.store(false);
+    Continued.store(false);
+    const Signal_handler suspension(SIGTSTP, Note_suspension);
+    const Signal_handler continuation(SIGCONT, Note_continuation);
     for (;;) {
         int length = 0;
         errno = 0;
@@ -159,11 +275,9 @@ std::optional<std::string> Read_typed(const std::string& prompt, bool is_command
         }
         std::string_view line(typed, static_cast<std::size_t>(length));
         while (!line.empty() && (line.back() == '\n' || line.back() == '\r')) line.remove_suffix(1);
-        if (is_command && line.find_first_not_of(' ') != std::string_view::npos) {
-            HistEvent event;
-            history(The_editor.history.get(), &event, H_ENTER, std::string(line).c_str());
-        }
-        return To_latin1(line);
+        std::string text = To_line(line);
+        if (is_command && text.find_first_not_of(' ') != std::string::npos) Offer_line_again(text);
+        return text;
     }
 }
 
@@ -215,11 +329,17 @@ std::string Ask_labels(const std::string& title, const std::vector<std::string>&
 std::string Ask_file(const std::string& title, const std::string& filter,
                      const std::string& folder) {
     Show(fmt::format("{} ({})", title, filter));
-    The_editor.asks_for_file = true;
-    const std::string typed = Read_answer(fmt::format("File in {}: ", folder)).value_or("");
-    The_editor.asks_for_file = false;
-    if (typed.empty()) return "";
-    return Path_text(Text_path(folder) / Text_path(typed));
+    The_editor.folder_of_file = Text_path(folder);
+    const std::string prompt = folder.empty() ? "File: " : fmt::format("File in {}: ", folder);
+    const std::string typed = Read_answer(prompt).value_or("");
+    The_editor.folder_of_file.reset();
+    // The whole line is the name, with or without quotes around it.
+    const auto first = typed.find_first_not_of(' ');
+    if (first == std::string::npos) return "";
+    std::string name = typed.substr(first, typed.find_last_not_of(' ') - first + 1);
+    if (name.size() > 1 && name.front() == '"' && name.back() == '"')
+        name = name.substr(1, name.size() - 2);
+    return Path_text(Text_path(folder) / Text_path(name));
 }
 
 bool Ask_after_warning(const std::vector<std::string>& lines) {
@@ -300,6 +420,7 @@ void Install_terminal_user() {
 }
 
 std::optional<std::string> Type_line() {
+    Keep_last_line();
     if (The_output.before_line) The_output.before_line();
     return Read_typed(Panels() + "> ", true);
 }

@@ -1,13 +1,17 @@
 #include "shell/test_options.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string_view>
 
 namespace tarven {
 
 bool Valid_test_parameters(const ParsedLine& line) {
-    constexpr std::string_view Letters = "OMTRCEFKGQDZJLP";
     const std::string_view parameters(line.ParameterField.data(), line.ParameterCount);
-    return parameters.find_first_not_of(Letters) == std::string_view::npos;
+    return std::all_of(parameters.begin(), parameters.end(), [](char parameter) {
+        return std::any_of(std::begin(Test_letters), std::end(Test_letters),
+                           [&](const TestLetter& option) { return option.letter == parameter; });
+    });
 }
 
 TestOptions Test_parameters(const ParsedLine& line, bool fitted_table_ready) {

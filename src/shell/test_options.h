@@ -24,7 +24,30 @@ struct TestOptions {
     bool operator==(const TestOptions&) const = default;
 };
 
-/// Every parameter is one of O M T R C E F K G Q D Z J L P; true without parameters.
+/// One option letter of TEST and what it asks for, for the completion of a typed line.
+struct TestLetter {
+    char letter;
+    const char* summary;
+};
+
+/// The option letters, in the order of the help text.
+inline constexpr TestLetter Test_letters[] = {{'O', "the tables"},
+                                              {'T', "tables with row percentages"},
+                                              {'R', "row percentages"},
+                                              {'C', "column percentages"},
+                                              {'J', "joint percentages"},
+                                              {'E', "expected counts"},
+                                              {'Z', "row percentages only"},
+                                              {'M', "marginal strata too"},
+                                              {'F', "fitted counts of the model"},
+                                              {'L', "local gammas"},
+                                              {'D', "homogeneity of gammas"},
+                                              {'G', "pseudo gamma"},
+                                              {'K', "collapsing categories"},
+                                              {'Q', "power series"},
+                                              {'P', "reserved"}};
+
+/// Every parameter is one of the option letters; true without parameters.
 bool Valid_test_parameters(const ParsedLine& line);
 
 /// The letters as flags. F counts only with a fitted table at hand; R, C, J, E, F and Z print the

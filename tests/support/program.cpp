@@ -16,14 +16,15 @@ namespace tarven {
 
 namespace {
 
-[[noreturn]] void Become_tarven(const std::filesystem::path& folder,
-                                const std::vector<std::string>& arguments) {
-    std::vector<char*> argv = {const_cast<char*>(TARVEN_PROGRAM)};
+[[noreturn]] void Become_program(const std::filesystem::path& folder, const char* program,
+                                 const std::vector<std::string>& arguments) {
+    std::vector<char*> argv = {const_cast<char*>(program)};
     for (const std::string& argument : arguments)
         argv.push_back(const_cast<char*>(argument.c_str()));
     argv.push_back(nullptr);
     setenv("TERM", "xterm", 1);
-    if (chdir(folder.c_str()) == 0) execv(TARVEN_PROGRAM, argv.data());
+    setenv("XDG_STATE_HOME", (folder / "state").c_str(), 1);  // no history of who runs the tests
+    if (chdir(folder.c_str()) == 0) execv(program, argv.data());
     _exit(127);
 }
 
@@ -47,7 +48,7 @@ ProgramRun Run_tarven(const std::filesystem::path& folder,
         dup2(fileno(in), 0);
         dup2(fileno(out), 1);
         dup2(fileno(err), 2);
-        Become_tarven(folder, arguments);
+        Become_program(folder, TARVEN_PROGRAM, arguments);
     }
     ProgramRun run;
     int status = 0;
@@ -69,14 +70,15 @@ ProgramRun Run_tarven(const std::filesystem::path& folder,
 }
 
 LivingProgram::LivingProgram(const std::filesystem::path& folder,
-                             const std::vector<std::string>& arguments, bool at_terminal) {
+                             const std::vector<std::string>& arguments, bool at_terminal,
+                             const char* program) {
     if (at_terminal) {
         winsize size{.ws_row = 24, .ws_col = 80};
         child_ = forkpty(&output_, nullptr, nullptr, &size);
         if (child_ == 0) {
             // The line editor keeps the names of its added functions to the end of the process.
             setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
-            Become_tarven(folder, arguments);
+            Become_program(folder, program, arguments);
         }
         input_ = dup(output_);
         return;
@@ -88,7 +90,7 @@ LivingProgram::LivingProgram(const std::filesystem::path& folder,
     if (child_ == 0) {
         dup2(in[0], 0);
         dup2(out[1], 1);
-        Become_tarven(folder, arguments);
+        Become_program(folder, program, arguments);
     }
     close(in[0]);
     close(out[1]);

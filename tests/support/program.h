@@ -24,8 +24,9 @@ ProgramRun Run_tarven(const std::filesystem::path& folder,
 /// The real program at the end of a pipe that stays open, so that it can be met in the middle.
 class LivingProgram {
   public:
+    /// `program` stands in for TARVEN where a test begins with a shell.
     LivingProgram(const std::filesystem::path& folder, const std::vector<std::string>& arguments,
-                  bool at_terminal);
+                  bool at_terminal, const char* program = TARVEN_PROGRAM);
     ~LivingProgram();
     LivingProgram(const LivingProgram&) = delete;
     LivingProgram& operator=(const LivingProgram&) = delete;
