@@ -1,7 +1,7 @@
 #include <benchmark/benchmark.h>
 
 #include "../tests/support/block_of_cases.h"
-#include "tables/test_run.h"
+#include "tables/independence/hypothesis_run.h"
 
 namespace tarven {
 namespace {
@@ -10,7 +10,7 @@ namespace {
 void Hypotheses_of_an_eight_way_table(benchmark::State& state) {
     const BlockOfCases block =
         Random_block({2, 2, 3, 3, 2, 4, 2, 3}, static_cast<int>(state.range(0)), 1);
-    const TestedTable table = block.table();
+    const ContingencyTable table = block.table();
     const std::vector<Hypothesis> all = All_hypotheses(8);
     std::vector<Hypothesis> list;
     for (int k = 0; k < MaxHypotheses; ++k)

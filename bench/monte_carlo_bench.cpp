@@ -4,9 +4,9 @@
 
 #include <vector>
 
-#include "tables/fisher.h"
-#include "tables/gamma.h"
-#include "tables/monte_carlo.h"
+#include "tables/draws/monte_carlo.h"
+#include "tables/independence/fisher.h"
+#include "tables/table/gamma.h"
 
 namespace {
 

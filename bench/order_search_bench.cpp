@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <random>
 
-#include "tables/order_search.h"
+#include "tables/ordinal/order_search.h"
 
 namespace tarven {
 namespace {

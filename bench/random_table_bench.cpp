@@ -3,8 +3,8 @@
 
 #include <vector>
 
-#include "tables/cell_draws.h"
-#include "tables/replicates.h"
+#include "tables/draws/cell_draws.h"
+#include "tables/draws/replicates.h"
 
 namespace {
 

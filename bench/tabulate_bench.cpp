@@ -6,7 +6,7 @@
 #include "project/data.h"
 #include "project/pattern_counter.h"
 #include "project/project.h"
-#include "tables/tabulate.h"
+#include "tables/table/tabulate.h"
 
 namespace {
 
@@ -56,9 +56,9 @@ std::vector<TableVariable> First_eight() {
 void Tabulate_from(benchmark::State& state, DataSource source) {
     Make_cases();
     for (auto _ : state) {
-        const Tabulation made = Tabulate(First_eight(), {}, source);
-        if (!made.ok) state.SkipWithError("no table");
-        benchmark::DoNotOptimize(made.table.cells.data());
+        const auto made = Tabulate(Cases_of_project(), source, {First_eight(), {}});
+        if (!made) state.SkipWithError("no table");
+        benchmark::DoNotOptimize(made->table.cells.data());
     }
     state.counters["cells"] = static_cast<double>(The_data.TABdata.Ncells());
 }

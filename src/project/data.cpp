@@ -31,20 +31,23 @@ DataSource Data_source(const DataAtHand& at_hand) {
     return DataSource::tabfile;
 }
 
-DataAtHand Data_at_hand() {
-    const ProjectFiles& files = The_project.files;
-    return {.Nused = The_project.Nused,
-            .Ntabcells = The_data.Ntabcells,
-            .N = The_project.N,
-            .data_ready = The_data.data_ready,
-            .tabdata_ready = The_data.tabdata_ready,
-            .DAT = files.DAT.exists,
-            .SYS = files.SYS.exists,
-            .TAB = files.TAB.exists};
+CasesAtHand Cases_of_project() {
+    return {The_project, The_data, The_project.files, The_project.Nused};
+}
+
+DataAtHand Data_at_hand(const CasesAtHand& cases) {
+    return {.Nused = cases.Nused,
+            .Ntabcells = cases.data.Ntabcells,
+            .N = cases.definition.N,
+            .data_ready = cases.data.data_ready,
+            .tabdata_ready = cases.data.tabdata_ready,
+            .DAT = cases.files.DAT.exists,
+            .SYS = cases.files.SYS.exists,
+            .TAB = cases.files.TAB.exists};
 }
 
 DataSource Data_source() {
-    return Data_source(Data_at_hand());
+    return Data_source(Data_at_hand(Cases_of_project()));
 }
 
 std::string Data_source_text(DataSource source) {
@@ -64,18 +67,18 @@ std::string Data_source_text(DataSource source) {
     }
 }
 
-std::string Read_cases(DataSource source, const TakeCase& take) {
-    const std::vector<int> dims = Dimensions(The_project);
-    const ProjectFiles& files = The_project.files;
+std::string Read_cases(const CasesAtHand& cases, DataSource source, const TakeCase& take) {
+    const std::vector<int> dims = Dimensions(cases.definition);
+    const ProjectFiles& files = cases.files;
     switch (source) {
         case DataSource::dataset: {
-            const auto N = static_cast<std::size_t>(The_project.N);
-            for (std::size_t at = 0; N > 0 && at + N <= The_data.DATA.size(); at += N)
-                if (!take(The_data.DATA.data() + at, 1)) break;
+            const auto N = static_cast<std::size_t>(cases.definition.N);
+            for (std::size_t at = 0; N > 0 && at + N <= cases.data.DATA.size(); at += N)
+                if (!take(cases.data.DATA.data() + at, 1)) break;
             return {};
         }
         case DataSource::tabdata: {
-            const CellStore& store = The_data.TABdata;
+            const CellStore& store = cases.data.TABdata;
             for (std::int64_t cell = 1; cell <= store.Ncells(); ++cell)
                 if (!take(store.Cell(cell), store.counts[static_cast<std::size_t>(cell - 1)]))
                     break;
@@ -92,7 +95,7 @@ std::string Read_cases(DataSource source, const TakeCase& take) {
         case DataSource::datfile: {
             LineReader file(files.DAT.path);
             RecordCounts counts;
-            return Read_DAT_cases(file, Make_recoding(The_project), counts, take);
+            return Read_DAT_cases(file, Make_recoding(cases.definition), counts, take);
         }
         default:
             return "No data";
@@ -108,7 +111,7 @@ std::string Read_data() {
     try {
         const DataSource source =
             The_project.files.SYS.exists ? DataSource::sysfile : DataSource::datfile;
-        failure = Read_cases(source, Append_to(codes, N, too_large));
+        failure = Read_cases(Cases_of_project(), source, Append_to(codes, N, too_large));
         codes.shrink_to_fit();
     } catch (const std::bad_alloc&) {
         return "Insufficient memory for data";

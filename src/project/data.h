@@ -36,6 +36,18 @@ enum class DataSource : std::uint8_t {
     none = 6
 };
 
+/// The cases as computation reads them: the variables, what is in memory, which files there are.
+/// Nothing is owned; what stands behind the references must outlive the record.
+struct CasesAtHand {
+    const ProjectDefinition& definition;
+    const Data& data;
+    const ProjectFiles& files;
+    std::int64_t Nused = 0;  ///< cases accepted
+};
+
+/// The cases of the workspace.
+CasesAtHand Cases_of_project();
+
 /// What decides on the source.
 struct DataAtHand {
     std::int64_t Nused = 0;
@@ -51,8 +63,7 @@ struct DataAtHand {
 /// The cheapest source: DATA and TABdata in memory before files, and cases before cells when they
 /// are not larger, N*Nused <= (N+1)*Ntabcells.
 DataSource Data_source(const DataAtHand& at_hand);
-/// What the workspace has.
-DataAtHand Data_at_hand();
+DataAtHand Data_at_hand(const CasesAtHand& cases);
 /// The cheapest source of the workspace.
 DataSource Data_source();
 
@@ -60,7 +71,7 @@ DataSource Data_source();
 std::string Data_source_text(DataSource source);
 
 /// Gives every case of a source to `take`, cells with their counts. What went wrong, or empty.
-std::string Read_cases(DataSource source, const TakeCase& take);
+std::string Read_cases(const CasesAtHand& cases, DataSource source, const TakeCase& take);
 
 /// Fills DATA from the SYS file or, without one, from the DAT file; Nused is counted. The message
 /// of the failure, DATA staying as it was, or empty.

@@ -125,10 +125,11 @@ void Show_result_of_make(const MakeResult& made) {
 /// variables.
 std::string Tally_of(DataSource source, CaseTally& tally) {
     const int N = The_project.N;
-    return Read_cases(source, [&](const std::uint8_t* codes, std::int32_t count) {
-        tally.Add(codes, N, count);
-        return true;
-    });
+    return Read_cases(Cases_of_project(), source,
+                      [&](const std::uint8_t* codes, std::int32_t count) {
+                          tally.Add(codes, N, count);
+                          return true;
+                      });
 }
 
 /// Equal numbers of cases do not tell that they are the same.

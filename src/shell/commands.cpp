@@ -115,6 +115,11 @@ Outcome Run_letters(LetterCommand command) {
     return Outcome::refused;
 }
 
+Outcome Refuse(const Failed& failed) {
+    for (const std::string& message : failed.messages) ShowMessage(message);
+    return Outcome::refused;
+}
+
 bool Needs_hold(const std::vector<Need>& needs) {
     for (const Need& need : needs) {
         if (need.holds()) continue;

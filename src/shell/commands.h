@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "shell/result.h"
+
 namespace tarven {
 
 /// How a command ended. After a refusal the line stays in the command field for correction and
@@ -74,6 +76,9 @@ std::string_view Spelling(LetterCommand command);
 /// Runs every letter among the parameters of The_line, in the fixed order. Refused when there is no
 /// letter to run.
 Outcome Run_letters(LetterCommand command);
+
+/// Shows the messages of a failure and refuses.
+Outcome Refuse(const Failed& failed);
 
 /// Tests needs in order, showing messages; false when one that is no warning fails.
 bool Needs_hold(const std::vector<Need>& needs);

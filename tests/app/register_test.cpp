@@ -9,7 +9,7 @@
 #include "shell/user.h"
 #include "shell/workspace.h"
 #include "support/session.h"
-#include "tables/random_stream.h"
+#include "tables/numbers/stream_workspace.h"
 
 namespace tarven {
 namespace {

@@ -1,10 +1,45 @@
 #!/usr/bin/env python3
-"""Fails on an include that runs up: a file includes its own floor and those below it."""
+"""Fails on an arrow that runs up, and on a name of the workspace in a computation.
+
+A file includes its own floor and those below it; on a floor with rooms its own room, the rooms
+before it and the floors below. Files that stand beside the rooms register them and may include all
+of them. On the floors of the statistics only command procedures and the workspace itself may name
+a part of the workspace (The_...): what computes takes records.
+"""
 import pathlib
 import re
 import sys
 
-FLOORS = ["shell", "project", "tables", "graph", "rasch", "app"]
+# Lowest first. A floor without rooms has none here.
+FLOORS = {
+    "shell": [],
+    "project": [],
+    "tables": ["numbers", "table", "draws", "independence", "ordinal", "loglinear", "collapsing"],
+    "graph": ["sets", "model", "hypotheses", "screening", "search", "paths", "views"],
+    "rasch": ["items", "estimation", "persons", "fit", "screening", "exact"],
+    "app": [],
+}
+APART = {("graph", "rasch"), ("rasch", "graph")}  # floors side by side
+COMPUTING = ["tables", "graph", "rasch"]
+WORKSPACE_FILES = re.compile(r"(_commands?|_workspace)\.(h|cpp)$")
+
+
+def fault_of_include(floor, room, target):
+    floors = list(FLOORS)
+    parts = target.split("/")
+    other = parts[0]
+    if other not in FLOORS:
+        return "names no floor"
+    if floors.index(other) > floors.index(floor) or (floor, other) in APART:
+        return f"{floor} may not know {other}"
+    rooms = FLOORS[floor]
+    if other != floor or room is None or not rooms:
+        return None
+    if len(parts) < 3:
+        return f"{floor}/{room} may not know what stands beside the rooms"
+    if parts[1] not in rooms or rooms.index(parts[1]) > rooms.index(room):
+        return f"{floor}/{room} may not know {floor}/{parts[1]}"
+    return None
 
 
 def main():
@@ -13,16 +48,20 @@ def main():
     files = 0
     for path in sorted([*source.rglob("*.h"), *source.rglob("*.cpp")]):
         files += 1
-        floor = path.relative_to(source).parts[0]
+        place = path.relative_to(source).parts
+        floor, room = place[0], place[1] if len(place) > 2 else None
+        if floor not in FLOORS or (room is not None and room not in FLOORS[floor]):
+            faults.append(f"{path}: no floor or room of this name is known here")
+            continue
+        computes = floor in COMPUTING and not WORKSPACE_FILES.search(path.name)
         for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
             found = re.match(r'\s*#\s*include\s*"([^"]+)"', line)
-            if not found:
-                continue
-            other = found.group(1).split("/")[0]
-            if other not in FLOORS or floor not in FLOORS:
-                faults.append(f"{path}:{number}: {found.group(1)} names no floor")
-            elif FLOORS.index(other) > FLOORS.index(floor):
-                faults.append(f"{path}:{number}: {floor} may not know {other}")
+            if found:
+                fault = fault_of_include(floor, room, found.group(1))
+                if fault:
+                    faults.append(f"{path}:{number}: {found.group(1)}: {fault}")
+            if computes and re.search(r"\bThe_[a-z]", line.split("//")[0]):
+                faults.append(f"{path}:{number}: a computation reads the workspace: {line.strip()}")
     print(*faults, sep="\n")
     return 1 if faults or files == 0 else 0
 

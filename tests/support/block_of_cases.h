@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tables/test_run.h"
+#include "tables/independence/hypothesis_run.h"
 
 namespace tarven {
 
@@ -16,16 +16,15 @@ struct BlockOfCases {
     std::vector<std::int32_t> cells;
     std::vector<std::vector<int>> cases;  ///< categories of variable k at k-1
 
-    TestedTable table(int VTYPE = 3) const {
-        TestedTable t;
-        t.variables.resize(1);
+    ContingencyTable table(int VTYPE = 3) const {
+        std::vector<TableVariable> variables;
         for (std::size_t k = 1; k < DIM.size(); ++k)
-            t.variables.push_back({.label = static_cast<char>('A' + k - 1),
-                                   .name = std::string(1, static_cast<char>('A' + k - 1)),
-                                   .DIM = DIM[k],
-                                   .VTYPE = VTYPE});
-        t.Cfactor = Cfactor;
-        t.cells = cells.data();
+            variables.push_back({.label = static_cast<char>('A' + k - 1),
+                                 .DIM = DIM[k],
+                                 .VTYPE = VTYPE,
+                                 .name = std::string(1, static_cast<char>('A' + k - 1))});
+        ContingencyTable t = Make_table(std::move(variables));
+        t.cells = cells;
         t.NTOTAL = static_cast<std::int64_t>(cases.size());
         return t;
     }

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tables/two_way.h"
+#include "tables/table/two_way.h"
 
 namespace tarven {
 

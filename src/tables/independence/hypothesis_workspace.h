@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tables/independence/hypotheses.h"
+
+namespace tarven {
+
+/// Whose variables the roles of the list are numbered by.
+enum class HypothesisScope : std::uint8_t { table, graph };
+
+/// The one list of the workspace.
+struct HypothesisWorkspace {
+    std::vector<Hypothesis> list;     ///< at most MaxHypotheses
+    std::vector<TestResult> results;  ///< parallel to list
+    bool hypotheses_ready = false;    ///< the list is not empty and belongs to what stands now
+    bool tested = false;              ///< the results are those of a test
+    HypothesisScope scope = HypothesisScope::table;
+    bool PartialTestsOff = false;  ///< no tests against two-factor association on this table
+    std::string labels;            ///< of the variables that the roles are numbered by
+};
+
+inline HypothesisWorkspace The_hypotheses;
+
+/// Makes `list` the list of the workspace, cut to MaxHypotheses, with start values as results.
+void Set_hypotheses(std::vector<Hypothesis> list, HypothesisScope scope, std::string labels);
+
+/// Empties the list without a word.
+void Clear_hypotheses();
+
+/// The list is lost, with a message when there was one, as soon as other variables or another table
+/// stand under it; both it and the results start empty.
+void Register_hypotheses_lifecycle();
+
+}  // namespace tarven

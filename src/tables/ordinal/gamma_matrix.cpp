@@ -1,0 +1,45 @@
+#include "tables/ordinal/gamma_matrix.h"
+
+#include "shell/fields.h"
+#include "tables/ordinal/mantel_haenszel.h"
+
+namespace tarven {
+
+GammaMatrix Gammas_of_pairs(const std::string& labels, std::span<const TwoWayTable> tables) {
+    auto table = tables.begin();
+    GammaMatrix matrix{labels, std::vector<GammaRecord>(labels.size() * labels.size())};
+    for (std::size_t i = 0; i < labels.size(); ++i)
+        for (std::size_t j = i + 1; j < labels.size(); ++j)
+            matrix.gammas[i * labels.size() + j] = Gamma_of_table(*table++);
+    return matrix;
+}
+
+std::vector<std::string> Gamma_matrix_lines(const GammaMatrix& matrix, bool odds_ratios) {
+    constexpr int Width = 7;
+    const std::string& labels = matrix.labels;
+    std::vector<std::string> lines = {
+        odds_ratios
+            ? "Generalized odds ratios above, one-sided p-values of gamma below the diagonal"
+            : "Gamma coefficients above, one-sided p-values below the diagonal",
+        ""};
+    std::string head = "  ";
+    for (const char label : labels) head += Right(std::string(1, label), Width);
+    lines.push_back(head);
+    for (std::size_t i = 0; i < labels.size(); ++i) {
+        std::string line = std::string(1, labels[i]) + " ";
+        for (std::size_t j = 0; j < labels.size(); ++j) {
+            if (i == j) {
+                line += Right(".", Width);
+            } else if (i < j) {
+                const double gamma = matrix.At(i, j).gamma;
+                line += Field(odds_ratios ? Generalized_odds_ratio(gamma) : gamma, Width, 2);
+            } else {
+                line += Field(matrix.At(j, i).p, Width, 3);
+            }
+        }
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+}  // namespace tarven

@@ -1,0 +1,188 @@
+#include "tables/table/tabulate.h"
+
+#include <fmt/format.h>
+
+#include <bit>
+#include <functional>
+#include <utility>
+
+#include "shell/files.h"
+
+namespace tarven {
+
+TableVariable Table_variable(const ProjectDefinition& project, int number) {
+    const Variable& v = project.variables[static_cast<std::size_t>(number)];
+    TableVariable variable{
+        .label = v.label, .number = number, .DIM = v.dim, .VTYPE = v.vtype, .name = v.name};
+    for (std::size_t c = 1; c <= v.dim; ++c) variable.categories.push_back(v.categoryname[c]);
+    return variable;
+}
+
+CellCounter::CellCounter(ContingencyTable& table) : table_(table) {
+    // 85 offsets of a missing category stay within 64 bits, and no true one brings the sum back.
+    constexpr std::int64_t missing = INT64_MIN / 128;
+    for (std::size_t k = 1; k <= static_cast<std::size_t>(table.Nvar()); ++k) {
+        Column column;
+        column.place = static_cast<std::size_t>(table.variables[k - 1].number - 1);
+        for (int c = 0; c < 256; ++c)
+            column.offset[c] = c >= 1 && c <= table.DIM(k) ? (c - 1) * table.Cfactor[k] : missing;
+        columns_.push_back(column);
+    }
+}
+
+DataSource Table_source(const DataAtHand& at_hand, int Nvar) {
+    if (at_hand.tabdata_ready) return DataSource::tabdata;
+    if (Nvar > MaxTableVariables) return DataSource::none;
+    if (at_hand.data_ready) return DataSource::dataset;
+    if (!at_hand.SYS && !at_hand.TAB) return at_hand.DAT ? DataSource::datfile : DataSource::none;
+    const bool cells_cheaper = (at_hand.N + 1) * at_hand.Ntabcells <= at_hand.N * at_hand.Nused;
+    return at_hand.TAB && (cells_cheaper || !at_hand.SYS) ? DataSource::tabfile
+                                                          : DataSource::sysfile;
+}
+
+namespace {
+
+std::string List_of(const std::vector<TableVariable>& variables) {
+    std::string list;
+    for (const TableVariable& v : variables) list += fmt::format(" {}", v.DIM);
+    return list;
+}
+
+/// What is said of a table without cases, by the reader that met it.
+std::string Empty_table(DataSource source, const CasesAtHand& cases, int Nvar, std::int64_t NTOTAL,
+                        std::int64_t missing) {
+    if (source == DataSource::tabdata && NTOTAL == 0)
+        return Nvar > MaxTableVariables
+                   ? "The table is empty?"
+                   : fmt::format("The table is empty. {} missing. {} ntabcells.", missing,
+                                 cases.data.TABdata.Ncells());
+    return "THE TABLE SEEMS TO BE EMPTY? FAILURE ASSUMED";
+}
+
+/// Margins of a table that has just been counted, by the cheaper road.
+void Fill_margins_of(ContingencyTable& table) {
+    std::int64_t nonempty = 0;
+    for (const std::int32_t count : table.cells) nonempty += count != 0;
+    const auto plain = static_cast<std::int64_t>(table.cells.size()) * table.Nvar();
+    const bool few =
+        table.Nvar() > MaxTableVariables && table.Nvar() < 30 && nonempty < plain >> table.Nvar();
+    few ? BTmargins(table) : Add_margins(table);
+}
+
+/// How often the user is asked whether to stop, in cases or cells.
+constexpr std::int64_t CasesBetweenQuestions = 1 << 14;
+
+/// Gives the cases to `count` until it refuses one. The failure, with no message when there is
+/// none.
+Failed Count_cases(const CasesAtHand& cases, DataSource source, const StopCheck& stop,
+                   const std::function<bool(const std::uint8_t*, std::int32_t)>& count) {
+    if (source == DataSource::none) return {.messages = {"Data is not available"}};
+    if (source == DataSource::datfile && !Find_file(cases.files.DAT.path))
+        return {.messages = {"FAILURE OPENING DATAFILE"}};
+    bool too_many = false, stopped = false;
+    std::int64_t taken = 0;
+    std::string failure = Read_cases(cases, source, [&](const std::uint8_t* codes, std::int32_t n) {
+        stopped = stop && ++taken % CasesBetweenQuestions == 0 && stop();
+        too_many = !stopped && !count(codes, n);
+        return !stopped && !too_many;
+    });
+    if (stopped) return {.messages = {"Stopped: the cases have not been counted"}, .stopped = true};
+    if (too_many) failure = "The table has more cases than can be counted";
+    return failure.empty() ? Failed{} : Failed{.messages = {failure}};
+}
+
+}  // namespace
+
+Result<Tabulation> Tabulate(const CasesAtHand& cases, DataSource source, TableRequest request,
+                            const StopCheck& stop) {
+    const bool big = request.variables.size() > MaxTableVariables;
+    const std::string dimensions = List_of(request.variables);
+    Tabulation result{.table = Make_table(std::move(request.variables), !big, request.LevelEnd)};
+    ContingencyTable& table = result.table;
+    if (table.Nvar() == 0)
+        return Failed{.messages = {source == DataSource::tabdata
+                                       ? "Unacceptable table dimensions"
+                                       : "Table dimensions: Too large table:" + dimensions}};
+    CellCounter counter(table);
+    Failed failure = Count_cases(
+        cases, source, stop,
+        [&](const std::uint8_t* codes, std::int32_t count) { return counter.Add(codes, count); });
+    result.missing = counter.missing();
+    if (failure.messages.empty() && table.NTOTAL < 2)
+        failure.messages = {Empty_table(source, cases, table.Nvar(), table.NTOTAL, result.missing)};
+    if (!failure.messages.empty()) return failure;
+    Fill_margins_of(table);
+    return result;
+}
+
+Result<Tabulation> Tabulate(const CasesAtHand& cases, TableRequest request, const StopCheck& stop) {
+    const auto Nvar = static_cast<int>(request.variables.size());
+    return Tabulate(cases, Table_source(Data_at_hand(cases), Nvar), std::move(request), stop);
+}
+
+Result<std::vector<TwoWayTable>> Tables_of_pairs(const CasesAtHand& cases,
+                                                 std::span<const VariablePair> pairs,
+                                                 const StopCheck& stop) {
+    std::vector<TwoWayTable> tables;
+    const auto dim = [&](int v) {
+        return int{cases.definition.variables[static_cast<std::size_t>(v)].dim};
+    };
+    for (const VariablePair& pair : pairs) tables.emplace_back(dim(pair.first), dim(pair.second));
+    const auto count = [&](const std::uint8_t* codes, std::int32_t n) {
+        for (std::size_t k = 0; k < pairs.size(); ++k) {
+            const int i = codes[pairs[k].first - 1], j = codes[pairs[k].second - 1];
+            TwoWayTable& table = tables[k];
+            if (i < 1 || i > table.rows || j < 1 || j > table.columns) continue;
+            if (table.Total() > INT32_MAX - n) return false;
+            table(i, j) += n;
+            table(table.rows + 1, table.columns + 1) += n;
+        }
+        return true;
+    };
+    const Failed failure = Count_cases(cases, Table_source(Data_at_hand(cases), 2), stop, count);
+    if (!failure.messages.empty()) return failure;
+    for (TwoWayTable& table : tables) Fill_margins(table);
+    return tables;
+}
+
+void BTmargins(ContingencyTable& table) {
+    const auto n = static_cast<std::size_t>(table.Nvar());
+    struct Filled {
+        std::int64_t offset;
+        std::int32_t count;
+    };
+    std::vector<Filled> filled;
+    std::vector<int> digit(n, 1);  // the categories of the cell at hand
+    for (std::int64_t offset = 0; offset < static_cast<std::int64_t>(table.cells.size());
+         ++offset) {
+        std::int32_t& cell = table.cells[static_cast<std::size_t>(offset)];
+        bool margin = false;
+        for (std::size_t k = 0; k < n; ++k) margin = margin || digit[k] > table.DIM(k + 1);
+        if (margin)
+            cell = 0;
+        else if (cell != 0)
+            filled.push_back({offset, cell});
+        for (std::size_t k = 0; k < n && ++digit[k] > table.TDIM(k + 1); ++k) digit[k] = 1;
+    }
+    for (const Filled& cell : filled) {
+        // Subsets in the order of a Gray code: from one to the next a single variable goes to its
+        // margin or comes back.
+        std::vector<std::int64_t> way(n);
+        std::int64_t rest = cell.offset;
+        for (std::size_t k = n; k >= 1; --k) {
+            way[k - 1] =
+                table.DIM(k) * table.Cfactor[k] - rest / table.Cfactor[k] * table.Cfactor[k];
+            rest %= table.Cfactor[k];
+        }
+        std::int64_t at = cell.offset;
+        std::uint64_t at_margin = 0;
+        for (std::uint64_t subset = 1; subset >> n == 0; ++subset) {
+            const auto k = static_cast<std::size_t>(std::countr_zero(subset));
+            at_margin ^= std::uint64_t{1} << k;
+            at += at_margin >> k & 1 ? way[k] : -way[k];
+            table.cells[static_cast<std::size_t>(at)] += cell.count;
+        }
+    }
+}
+
+}  // namespace tarven

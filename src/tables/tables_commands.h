@@ -1,9 +1,0 @@
-#pragma once
-
-namespace tarven {
-
-/// TABULATE, SHOW T and DISPOSE T; what becomes of the table when a project closes or its variables
-/// change.
-void Register_tables_commands();
-
-}  // namespace tarven
