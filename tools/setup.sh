@@ -3,7 +3,7 @@
 
 build_packages=(g++ cmake ninja-build pkg-config libfmt-dev libcli11-dev libedit-dev)
 check_packages=("${build_packages[@]}" clang libclang-rt-14-dev clang-format libgtest-dev
-                libbenchmark-dev nlohmann-json3-dev python3)
+                libbenchmark-dev nlohmann-json3-dev python3 mandoc)
 
 # need PACKAGE...: all of them are installed when this returns.
 need() {
