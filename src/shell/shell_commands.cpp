@@ -128,7 +128,8 @@ void Register_shell_commands() {
                               ShowMessage("Not ready yet");
                               return Outcome::done;
                           },
-                      .summary = "power of bootstrap tests (not ready yet)"});
+                      .summary = "is reserved: answers that it is not ready yet",
+                      .available = false});
 
     Register_letter(LetterCommand::show,
                     {.letter = 'L', .run = Show_limits, .summary = "the limits of the system"});

@@ -6,6 +6,7 @@
 #include "tables/independence/independence_commands.h"
 #include "tables/independence/later_table_commands.h"
 #include "tables/independence/multiple_testing_commands.h"
+#include "tables/numbers/pvalues_command.h"
 #include "tables/ordinal/gamma_commands.h"
 #include "tables/ordinal/pseudo_gamma_commands.h"
 #include "tables/table/table_commands.h"
@@ -21,6 +22,7 @@ void Register_tables() {
     Register_multiple_testing_commands();
     Register_gamma_commands();
     Register_pseudo_gamma_commands();
+    Register_pvalues_command();
     Register_later_table_commands();
 }
 

@@ -36,7 +36,6 @@ void Register_later_table_commands() {
          "tables of Markov chains",
          {Never("Markov chains have not been defined")}},
         {"MTE", "MTEST", "tests of Markov chains", {Never("Markov chains have not been defined")}},
-        {"PVA", "PVALUES", "calculates p-values for test statistics from a named distribution"},
     });
 }
 
