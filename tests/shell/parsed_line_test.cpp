@@ -5,6 +5,7 @@
 #include <string>
 
 #include "shell/command_table.h"
+#include "shell/text.h"
 
 namespace tarven {
 namespace {
@@ -35,6 +36,11 @@ TEST(ParsedLine, TakesParametersFromBehindTheFirstBlank) {
     EXPECT_EQ(Parameters(Parsed("TAB *")), "*");
     EXPECT_FALSE(Parsed("TAB *").IsComment);
     EXPECT_EQ(Parameters(Parsed("TAB \xE6")), "\xE6") << "only a-z are up-cased";
+    EXPECT_EQ(Parameters(Parsed(To_line("TAB \xE2\x82\xAC"
+                                        "a"))),
+              "\x1A"
+              "A")
+        << "one letter, one parameter";
 }
 
 TEST(ParsedLine, StopsAtTheSixtiethParameter) {

@@ -6,6 +6,7 @@
 #include "shell/parsed_line.h"
 #include "shell/prompts.h"
 #include "shell/test_options.h"
+#include "shell/text.h"
 #include "support/session.h"
 
 namespace tarven {
@@ -76,6 +77,14 @@ TEST(Converters, DifferInDigitsAndInTheScoreAlone) {
         EXPECT_EQ(String_to_variables_with_score(row.text, labels, false), row.with_score);
         EXPECT_EQ(Labels_to_variables(row.text, labels, false), row.labels);
     }
+}
+
+TEST(Converters, TakeALetterOutsideLatin1AsOneUnknownLabel) {
+    std::string line = "TAB ";
+    for (int k = 0; k < 100; ++k) line += "\xE2\x82\xAC";  // euro signs
+    const VariableList list = String_to_variables(To_line(line + " B"), "AB\x80", true);
+    EXPECT_FALSE(list.ok);
+    EXPECT_EQ(list.list, List{2}) << "what stands within 120 letters counts";
 }
 
 TEST(Converters, SkipTheKeywordAndReadTo120Characters) {
