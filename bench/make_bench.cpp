@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "project/case_tally.h"
 #include "project/data_files.h"
 #include "project/make.h"
 
@@ -104,21 +105,22 @@ bool Shell(const std::string& command) {
     return false;
 }
 
-/// What opening a project does with its SYS and TAB files: every line of both is checked.
+/// What opening a project does with its SYS and TAB files: every line of both is checked, and that
+/// they hold the same cases.
 bool Open(const fs::path& SYS, const fs::path& TAB) {
     const std::vector<int> dims(Variables, Categories);
-    std::int64_t lines = 0;
+    CaseTally SYS_cases;
     LineReader SYS_file(SYS);
     LineReader TAB_file(TAB);
     CellStore store;
     std::int64_t cases = 0;
     return Read_SYS_cases(SYS_file, dims,
-                          [&](const std::uint8_t*, std::int32_t) {
-                              ++lines;
+                          [&](const std::uint8_t* codes, std::int32_t count) {
+                              SYS_cases.Add(codes, Variables, count);
                               return true;
                           })
                .empty() &&
-           Read_TAB_store(TAB_file, dims, store, cases).empty() && cases == lines;
+           Read_TAB_store(TAB_file, dims, store, cases).empty() && Tally_of(store) == SYS_cases;
 }
 
 void Compare(const fs::path& folder, std::int64_t cases, std::int64_t patterns) {

@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <bit>
 #include <cassert>
+#include <cstring>
 
 #include "project/line_reader.h"
 #include "shell/limits.h"
@@ -17,14 +19,44 @@ std::vector<int> Dimensions(const ProjectDefinition& definition) {
     return dims;
 }
 
+namespace {
+
+/// Codes of one digit, each followed by a blank, into 2*N characters; false when one is longer.
+/// Eight codes at a time, the last eight of more than eight again when they are no multiple: their
+/// bytes are drawn apart to every second byte of two words, to which the digit 0 and the blank are
+/// added.
+bool One_digit_each(const std::uint8_t* codes, int N, char* text) {
+    static_assert(std::endian::native == std::endian::little);
+    const auto apart = [](std::uint64_t four) {
+        four = (four | four << 16) & 0x0000FFFF0000FFFF;
+        four = (four | four << 8) & 0x00FF00FF00FF00FF;
+        return four + 0x2030203020302030;
+    };
+    std::uint64_t above_nine = 0;
+    const auto put = [&](std::uint64_t eight, int v) {
+        above_nine |= eight | ((eight & 0x7F7F7F7F7F7F7F7F) + 0x7676767676767676);
+        const std::uint64_t words[2] = {apart(eight & 0xFFFFFFFF), apart(eight >> 32)};
+        std::memcpy(text + 2 * v, words, sizeof words);
+    };
+    std::uint64_t eight = 0;
+    if (N < 8) {
+        for (int v = N - 1; v >= 0; --v) eight = eight << 8 | codes[v];
+        put(eight, 0);
+    }
+    for (int v = 0; N >= 8 && v < N; v += 8) {
+        const int from = std::min(v, N - 8);
+        std::memcpy(&eight, codes + from, 8);
+        put(eight, from);
+    }
+    return (above_nine & 0x8080808080808080) == 0;
+}
+
+}  // namespace
+
 void Append_codes(std::string& line, const std::uint8_t* codes, int N) {
     assert(N <= MaxBigTableVariables);
     char text[4 * MaxBigTableVariables];
-    if (std::all_of(codes, codes + N, [](std::uint8_t code) { return code < 10; })) {
-        for (int v = 0; v < N; ++v) {
-            text[2 * v] = static_cast<char>('0' + codes[v]);
-            text[2 * v + 1] = ' ';
-        }
+    if (One_digit_each(codes, N, text)) {
         line.append(text, 2 * static_cast<std::size_t>(N));
         return;
     }

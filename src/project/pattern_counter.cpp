@@ -110,7 +110,7 @@ struct PatternCounter::CountsOfWords : PatternCounter::Counts {
     void Add(const std::uint8_t* codes) override {
         Key key{};
         for (const Place& place : places)
-            key[place.word] |= static_cast<std::uint64_t>(*codes++) << place.shift;
+            key[W == 1 ? 0 : place.word] |= static_cast<std::uint64_t>(*codes++) << place.shift;
         chunk.push_back(key);
         if (chunk.size() == ChunkCases) Close_chunk();
     }
@@ -209,13 +209,19 @@ struct PatternCounter::CountsOfWords : PatternCounter::Counts {
             Dispose_TABdata(store);
             return failure;
         }
+        // Codes are bytes, which may lie anywhere; what does not change is not fetched anew for
+        // each.
         std::uint8_t* code = store.codes.data();
+        std::int32_t* const counts = store.counts.data();
+        const Place* const first = places.data();
+        const Place* const last = first + places.size();
         for (std::size_t k = 0; k < run.size; ++k) {
-            const Entry& entry = run.memory[k];
-            for (const Place& place : places)
+            const Entry entry = run.memory[k];
+            for (const Place* place = first; place != last; ++place)
                 *code++ =
-                    static_cast<std::uint8_t>(entry.key[place.word] >> place.shift) & place.mask;
-            store.counts[k] = entry.count;
+                    static_cast<std::uint8_t>(entry.key[W == 1 ? 0 : place->word] >> place->shift) &
+                    place->mask;
+            counts[k] = entry.count;
         }
         return {};
     }

@@ -87,11 +87,16 @@ std::uint64_t Nonblank_bytes(const char* at) {
 
 /// Marks the characters of words; false when a word is longer than 15 characters.
 bool Mark_words(std::string_view line, std::vector<std::uint64_t>& nonblank) {
-    nonblank.assign(line.size() / 64 + 1, 0);
-    std::size_t k = 0;
-    for (; k + 8 <= line.size(); k += 8)
-        nonblank[k / 64] |= Nonblank_bytes(line.data() + k) << k % 64;
-    for (; k < line.size(); ++k) nonblank[k / 64] |= std::uint64_t{!Is_blank(line[k])} << k % 64;
+    nonblank.resize(line.size() / 64 + 1);
+    const char* at = line.data();
+    for (std::size_t part = 0; part < nonblank.size(); ++part) {
+        const std::size_t size = std::min<std::size_t>(64, line.size() - 64 * part);
+        std::uint64_t marks = 0;
+        std::size_t k = 0;
+        for (; k + 8 <= size; k += 8, at += 8) marks |= Nonblank_bytes(at) << k;
+        for (; k < size; ++k, ++at) marks |= std::uint64_t{!Is_blank(*at)} << k;
+        nonblank[part] = marks;
+    }
     int before = 0;  // characters of the word at the end of the part before
     for (const std::uint64_t part : nonblank) {
         std::uint64_t runs = part & part >> 1;
@@ -241,6 +246,9 @@ Recoding Make_recoding(const ProjectDefinition& definition) {
             column.code_of_whole[x] = Code_of(column, static_cast<double>(x));
         recoding.variables.push_back(std::move(column));
     }
+    for (const Recoding::Column& column : recoding.variables)
+        recoding.code_of_digit.insert(recoding.code_of_digit.end(), column.code_of_whole.begin(),
+                                      column.code_of_whole.begin() + 16);
     if (recoding.failure.empty()) Set_uses(recoding);
     return recoding;
 }
@@ -262,23 +270,31 @@ CaseReading Read_case(std::string_view line, const Recoding& recoding, CaseScrat
     scratch.no_numbers.clear();
     const char* const end = line.data() + line.size();
     const std::size_t most = recoding.use.size() - 1;
+    // Codes are bytes, which may lie anywhere; what does not change is not fetched anew for each.
+    const std::int16_t* const use_of = recoding.use.data();
+    const std::uint8_t* const code_of_digit = recoding.code_of_digit.data();
+    const std::uint64_t* const marks = scratch.nonblank.data();
+    const std::size_t parts = scratch.nonblank.size();
     std::size_t count = 0;
     std::uint64_t before = 0;  // whether a word runs on from the part before
-    for (std::size_t part = 0; part < scratch.nonblank.size(); ++part) {
-        const std::uint64_t nonblank = scratch.nonblank[part];
+    for (std::size_t part = 0; part < parts; ++part) {
+        const std::uint64_t nonblank = marks[part];
+        const std::uint64_t after = part + 1 < parts ? marks[part + 1] << 63 : 0;
+        const char* const first = line.data() + 64 * part;
         std::uint64_t starts = nonblank & ~(nonblank << 1 | before);
+        const std::uint64_t single = ~(nonblank >> 1 | after);  // no word runs on from here
         before = nonblank >> 63;
         for (; starts != 0; starts &= starts - 1) {
             if (count == most) return CaseReading::unusual;
-            const std::int16_t use = recoding.use[++count];
+            const std::int16_t use = use_of[++count];
             if (use == Recoding::Unused) continue;
-            const char* at = line.data() + 64 * part + std::countr_zero(starts);
+            const int place = std::countr_zero(starts);
+            const char* at = first + place;
             // Most words of categorical data are one digit.
             const unsigned digit = static_cast<unsigned char>(*at) - unsigned{'0'};
-            const bool one_digit = digit <= 9 && (end - at == 1 || Is_blank(at[1]));
-            if (one_digit && use > 0) {
+            if (use > 0 && digit <= 9 && (single >> place & 1) != 0) {
                 const auto v = static_cast<std::size_t>(use - 1);
-                codes[v] = recoding.variables[v].code_of_whole[digit];
+                codes[v] = code_of_digit[16 * v + digit];
                 continue;
             }
             double value = NotANumber;
