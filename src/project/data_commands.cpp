@@ -190,7 +190,10 @@ void Register_data_commands() {
                           "pattern and its count, in ascending order). Asks before existing\n"
                           "files are overwritten; if anything goes wrong before both new files\n"
                           "are complete the old ones stay as they were. A record that cannot\n"
-                          "be read ends the SYS file there, and no TAB file is made.\n"
+                          "be read ends the SYS file there, and no TAB file is made. Words that\n"
+                          "are no numbers are told with line and column, and so are variables\n"
+                          "without an observed case. Opening a project tells when DEF, VAR or\n"
+                          "DAT is newer than SYS or TAB: then use MAKE.\n"
                           "Refused without a project and without a DAT file."});
     Register_command({.keyword = "FRE",
                       .run = FREQUENCIES,
@@ -263,7 +266,9 @@ void Register_data_commands() {
                       .summary = "reads files of the project again",
                       .help =
                           "Reads files of the project again, in the order of this list. D asks\n"
-                          "before cases in memory are given up.\n\n"
+                          "before cases in memory are given up; T refuses patterns that are not\n"
+                          "those of the cases at hand. V also takes the files that DEF names, and\n"
+                          "makes names of categories that came from cut points anew.\n\n"
                           "Example: INPUT DT\n\n"
                           "Refused without a letter or a project; a file that does not fit\n"
                           "the variables is not used.",

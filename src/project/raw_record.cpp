@@ -246,9 +246,6 @@ Recoding Make_recoding(const ProjectDefinition& definition) {
             column.code_of_whole[x] = Code_of(column, static_cast<double>(x));
         recoding.variables.push_back(std::move(column));
     }
-    for (const Recoding::Column& column : recoding.variables)
-        recoding.code_of_digit.insert(recoding.code_of_digit.end(), column.code_of_whole.begin(),
-                                      column.code_of_whole.begin() + 16);
     if (recoding.failure.empty()) Set_uses(recoding);
     return recoding;
 }
@@ -272,7 +269,7 @@ CaseReading Read_case(std::string_view line, const Recoding& recoding, CaseScrat
     const std::size_t most = recoding.use.size() - 1;
     // Codes are bytes, which may lie anywhere; what does not change is not fetched anew for each.
     const std::int16_t* const use_of = recoding.use.data();
-    const std::uint8_t* const code_of_digit = recoding.code_of_digit.data();
+    const Recoding::Column* const variables = recoding.variables.data();
     const std::uint64_t* const marks = scratch.nonblank.data();
     const std::size_t parts = scratch.nonblank.size();
     std::size_t count = 0;
@@ -294,7 +291,7 @@ CaseReading Read_case(std::string_view line, const Recoding& recoding, CaseScrat
             const unsigned digit = static_cast<unsigned char>(*at) - unsigned{'0'};
             if (use > 0 && digit <= 9 && (single >> place & 1) != 0) {
                 const auto v = static_cast<std::size_t>(use - 1);
-                codes[v] = code_of_digit[16 * v + digit];
+                codes[v] = variables[v].code_of_whole[digit];
                 continue;
             }
             double value = NotANumber;

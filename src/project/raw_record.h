@@ -58,8 +58,6 @@ struct Recoding {
     std::vector<std::int16_t> use;
     static constexpr std::int16_t Unused = 0, Valued = -1;
     std::vector<std::size_t> valued;  ///< variables that are coded from values, [0..N-1]
-    /// code_of_whole of the digits alone, side by side: that of digit d of variable v at 16*v + d.
-    std::vector<std::uint8_t> code_of_digit;
     /// Why these definitions cannot read a record: NTAL out of range, or a column outside the
     /// record. Empty when they can.
     std::string failure;
