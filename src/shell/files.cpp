@@ -1,6 +1,8 @@
 #include "shell/files.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -19,9 +21,12 @@ namespace {
 
 constexpr std::uintmax_t LargestTextFile = 64u << 20;
 
+std::string Failure_text(const fs::path& path, std::string_view what, std::string_view reason) {
+    return fmt::format("{} could not be {}: {}", Path_text(path), what, reason);
+}
+
 std::string Failure_text(const fs::path& path, std::string_view what, int error_number) {
-    return fmt::format("{} could not be {}: {}", Path_text(path), what,
-                       std::strerror(error_number));
+    return Failure_text(path, what, std::strerror(error_number));
 }
 
 /// The name in capitals, those of Latin-1 included; other letters stay as they are.
@@ -70,6 +75,40 @@ fs::path Text_path(std::string_view text) {
     return name;
 }
 
+int Write_bytes(int number, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(number, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return written < 0 ? errno : EIO;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return 0;
+}
+
+fs::path Behind_links(fs::path path) {
+    constexpr int MostLinks = 40;
+    std::error_code error;
+    for (int k = 0; k < MostLinks && fs::is_symlink(path, error); ++k) {
+        const fs::path next = fs::read_symlink(path, error);
+        if (error) break;
+        path = path.parent_path() / next;  // an absolute `next` stands for itself
+    }
+    return path;
+}
+
+OpenedFile Open_special_file(const fs::path& path, const struct stat& status) {
+    if (S_ISDIR(status.st_mode)) return {-1, "it is a folder"};
+    if (S_ISBLK(status.st_mode)) return {-1, "it is a disk"};
+    if (S_ISSOCK(status.st_mode)) return {-1, "it is a socket"};
+    // Not to wait for ever at a pipe that nobody reads.
+    const int number = ::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (number < 0 && errno == ENXIO && S_ISFIFO(status.st_mode))
+        return {-1, "no program reads this pipe"};
+    if (number < 0) return {-1, std::strerror(errno)};
+    ::fcntl(number, F_SETFL, ::fcntl(number, F_GETFL) & ~O_NONBLOCK);
+    return {number, ""};
+}
+
 TextFile Read_text_file(const fs::path& path, Letters letters) {
     TextFile result;
     std::error_code error;
@@ -99,29 +138,43 @@ TextFile Read_text_file(const fs::path& path, Letters letters) {
 }
 
 ReplacementFile::ReplacementFile(fs::path target) : target_(std::move(target)) {
+    struct stat status {};
+    const bool exists = ::stat(target_.c_str(), &status) == 0;
+    if (exists && !S_ISREG(status.st_mode)) {
+        const OpenedFile opened = Open_special_file(target_, status);
+        file_ = opened.number < 0 ? nullptr : ::fdopen(opened.number, "wb");
+        if (!file_) error_ = opened.number < 0 ? opened.error : std::strerror(errno);
+        return;
+    }
     // A link is followed, so that it keeps pointing at what was replaced.
+    target_ = Behind_links(target_);
     std::error_code error;
     if (fs::is_symlink(target_, error)) {
-        const fs::path real = fs::weakly_canonical(target_, error);
-        if (!error) target_ = real;
+        Fail(ELOOP);
+        return;
     }
     beside_ = target_;
     beside_ += fmt::format(".{}.new", ::getpid());
-    file_ = std::fopen(beside_.c_str(), "wb");
-    if (!file_) {
+    constexpr int Flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+    int number = ::open(beside_.c_str(), Flags, 0666);
+    if (number < 0 && errno == EEXIST && ::unlink(beside_.c_str()) == 0)
+        number = ::open(beside_.c_str(), Flags, 0666);  // of a dead process with this number
+    file_ = number < 0 ? nullptr : ::fdopen(number, "wb");
+    if (!file_)
         Fail(errno);
-        return;
-    }
-    const auto status = fs::status(target_, error);
-    if (!error && fs::is_regular_file(status))
-        fs::permissions(beside_, status.permissions(), error);
+    else if (exists)
+        ::fchmod(number, status.st_mode & 07777);
 }
 
 ReplacementFile::~ReplacementFile() {
     if (!file_) return;
     std::fclose(file_);
+    Abandon();
+}
+
+void ReplacementFile::Abandon() {
     std::error_code ignored;
-    fs::remove(beside_, ignored);
+    if (!beside_.empty()) fs::remove(beside_, ignored);
 }
 
 void ReplacementFile::Write(std::string_view bytes) {
@@ -139,9 +192,8 @@ bool ReplacementFile::Commit() {
     Flush();
     if (std::fclose(file_) != 0 && ok()) Fail(errno);
     file_ = nullptr;
-    if (ok() && std::rename(beside_.c_str(), target_.c_str()) != 0) Fail(errno);
-    std::error_code ignored;
-    if (!ok()) fs::remove(beside_, ignored);
+    if (ok() && !beside_.empty() && std::rename(beside_.c_str(), target_.c_str()) != 0) Fail(errno);
+    if (!ok()) Abandon();
     return ok();
 }
 
@@ -162,17 +214,26 @@ std::string Write_text_file(const fs::path& path, const std::vector<std::string>
 }
 
 std::string Append_text_file(const fs::path& path, const std::vector<std::string>& lines) {
-    std::FILE* file = std::fopen(path.c_str(), "ab");
-    if (!file) return Failure_text(path, "written", errno);
-    bool good = true;
-    for (const std::string& line : lines) {
-        const std::string bytes = To_utf8(line) + "\n";
-        good = good && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    struct stat status {};
+    const bool exists = ::stat(path.c_str(), &status) == 0;
+    OpenedFile file;
+    if (exists && !S_ISREG(status.st_mode)) {
+        file = Open_special_file(path, status);
+    } else {
+        file.number = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+        if (file.number < 0) file.error = std::strerror(errno);
     }
-    good = std::fflush(file) == 0 && good;
-    const int error_number = errno;
-    std::fclose(file);
-    return good ? std::string() : Failure_text(path, "written", error_number);
+    if (file.number < 0) return Failure_text(path, "written", file.error);
+    std::string bytes;
+    for (const std::string& line : lines) bytes += To_utf8(line) + "\n";
+    int error_number = Write_bytes(file.number, bytes);
+    if (error_number != 0 && exists && S_ISREG(status.st_mode))
+        // Half of the lines would be taken for all of them.
+        if (::ftruncate(file.number, status.st_size) != 0) error_number = errno;
+    if (::close(file.number) != 0 && error_number == 0) error_number = errno;
+    if (error_number != 0 && !exists) ::unlink(Behind_links(path).c_str());
+    return error_number == 0 ? std::string()
+                             : Failure_text(path, "written", std::strerror(error_number));
 }
 
 }  // namespace tarven

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/stat.h>
+
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -37,8 +39,26 @@ enum class Letters : std::uint8_t { latin1, kept };
 /// Reads at most 64 MiB; a folder, a larger file or a failing read is not ok.
 TextFile Read_text_file(const std::filesystem::path& path, Letters letters = Letters::latin1);
 
+/// The path to which symbolic links lead; what stands there need not exist. Links in a circle lead
+/// to one of them.
+std::filesystem::path Behind_links(std::filesystem::path path);
+
+/// A file open for writing, by its number in the system.
+struct OpenedFile {
+    int number = -1;
+    std::string error;  ///< why not, when the number is -1
+};
+
+/// Opens what is no plain file: a device or a named pipe is written to, a pipe only while somebody
+/// reads it; a folder, a disk or a socket is not opened.
+OpenedFile Open_special_file(const std::filesystem::path& path, const struct stat& status);
+
+/// Writes all the bytes; 0, or the number of the error.
+int Write_bytes(int number, std::string_view bytes);
+
 /// A file that replaces another: written beside it under a name of its own, and put in its place
-/// by Commit. A failed or abandoned write leaves the old file whole and removes the new one.
+/// by Commit. A failed or abandoned write leaves the old file whole and removes the new one. Links
+/// are followed to what they name, and a device or a pipe is written to as it is.
 class ReplacementFile {
   public:
     explicit ReplacementFile(std::filesystem::path target);
@@ -59,9 +79,10 @@ class ReplacementFile {
 
   private:
     void Fail(int error_number);
+    void Abandon();
 
     std::filesystem::path target_;
-    std::filesystem::path beside_;
+    std::filesystem::path beside_;  ///< empty when the target itself is written to
     std::FILE* file_ = nullptr;
     std::string error_;
 };
@@ -70,7 +91,8 @@ class ReplacementFile {
 std::string Write_text_file(const std::filesystem::path& path,
                             const std::vector<std::string>& lines);
 
-/// Appends lines to a file, which is created when missing. The text of the failure, or empty.
+/// Appends lines to a file, which is created when missing. The text of the failure, or empty: a
+/// plain file is then as it was before.
 std::string Append_text_file(const std::filesystem::path& path,
                              const std::vector<std::string>& lines);
 
