@@ -26,7 +26,7 @@ void Tell_failure(int error_number) {
 /// Opens the first stage. Lines are kept in memory as well, so an unwritable file loses nothing
 /// but the safety against a crash.
 void Open_first_stage(const char* mode) {
-    if (The_report.ReportFile.empty()) The_report.ReportFile = The_session.StartPath / "TARVEN.TMP";
+    if (The_report.ReportFile.empty()) Set_report_file(The_session.StartPath / "TARVEN.TMP");
     The_report.file.reset(std::fopen(The_report.ReportFile.c_str(), mode));
     if (The_report.file)
         std::setvbuf(The_report.file.get(), nullptr, _IOLBF, 4096);
@@ -44,22 +44,37 @@ void Write_to_file(const std::string& line) {
 }
 
 void Write_to_field(const std::string& line) {
-    The_report.OutputField.push_back(line);
-    The_report.OutputChanged = true;
+    {
+        const std::scoped_lock lock(Report_lock);
+        The_report.OutputField.push_back(line);
+        The_report.OutputChanged = true;
+    }
     if (The_report.on_line) The_report.on_line(line);
 }
 
 void Write_line(const std::string& line) {
     if (The_report.ReportOpen == 0) return Write_to_field(line);
-    The_report.first_stage.push_back(line);
+    {
+        const std::scoped_lock lock(Report_lock);
+        The_report.first_stage.push_back(line);
+    }
     Write_to_file(line);
 }
 
 void Move_first_stage() {
     The_report.file.reset();
-    std::vector<std::string> lines;
-    lines.swap(The_report.first_stage);
-    for (const std::string& line : lines) Write_to_field(line);
+    // All at once, so that no line stands in neither stage while another is printed.
+    const std::size_t before = The_report.OutputField.size();
+    {
+        const std::scoped_lock lock(Report_lock);
+        for (std::string& line : The_report.first_stage)
+            The_report.OutputField.push_back(std::move(line));
+        The_report.first_stage.clear();
+        if (The_report.OutputField.size() > before) The_report.OutputChanged = true;
+    }
+    if (!The_report.on_line) return;
+    for (std::size_t line_index = before; line_index < The_report.OutputField.size(); ++line_index)
+        The_report.on_line(The_report.OutputField[line_index]);
 }
 
 template <class Sink>
@@ -148,13 +163,24 @@ void Write_heading_line(std::string_view text) {
 }
 
 void Clear_report_field() {
+    const std::scoped_lock lock(Report_lock);
     The_report.OutputField.clear();
     The_report.OutputChanged = false;
 }
 
+void Report_is_saved() {
+    const std::scoped_lock lock(Report_lock);
+    The_report.OutputChanged = false;
+}
+
+void Set_report_file(const std::filesystem::path& file) {
+    const std::scoped_lock lock(Report_lock);
+    The_report.ReportFile = file;
+}
+
 void Release_report_file() {
     Move_first_stage();
-    The_report.ReportFile.clear();
+    Set_report_file({});
     The_report.failure_told = false;
 }
 

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,6 +32,11 @@ struct ReportSink {
 };
 
 inline ReportSink The_report;
+
+/// Held while the lines of the report or the name of ReportFile change, so that the report can be
+/// saved from another thread when a signal ends the program. Never held while a line is printed,
+/// for that may wait for ever.
+inline std::mutex Report_lock;
 
 /// The outermost call creates ReportFile anew; one within it goes on behind the lines that stand
 /// there. Without a project the file is TARVEN.TMP in the start folder. A file that cannot be
@@ -73,6 +79,12 @@ void Write_heading_line(std::string_view text);
 std::string Date_and_time();
 
 void Clear_report_field();
+
+/// The lines of OutputField stand in a file of the user's.
+void Report_is_saved();
+
+/// Names the first stage's file, which the next Open_report creates.
+void Set_report_file(const std::filesystem::path& file);
 
 /// Closes and forgets the first stage's file, before it is deleted or replaced by another
 /// project's. Its lines move into OutputField. A report that is open stays so: what follows is kept

@@ -13,6 +13,8 @@ inline constexpr std::size_t MaxHistory = 20;
 struct Session {
     std::filesystem::path StartPath = ".";  ///< where start-up memory and project log live
     std::string arguments;                  ///< of the program, as typed
+    std::filesystem::path report_copy;      ///< gets each line of the report too; empty: none
+    bool machine_failed = false;            ///< a file could not be written: the exit status tells
     bool AUTOMATIC = false;                 ///< yes-or-no questions answer themselves
     bool QuitRequested = false;             ///< EXI or QUI has run: read no further line
     bool Append_results = false;            ///< item screening found neither DIF nor LD

@@ -50,6 +50,11 @@ void ShowMessage(const std::string& text) {
     if (The_user.user.show_message) The_user.user.show_message(text);
 }
 
+void Show_machine_failure(const std::string& text) {
+    The_session.machine_failed = true;
+    ShowMessage(text);
+}
+
 bool AskYesNo_always(const std::string& text) {
     if (The_user.user.ask_yes_no) return The_user.user.ask_yes_no(text).value_or(false);
     const std::optional<Answer> answer = Answer_from_stream(false);
@@ -59,6 +64,13 @@ bool AskYesNo_always(const std::string& text) {
 
 bool AskYesNo(const std::string& text) {
     return The_session.AUTOMATIC || AskYesNo_always(text);
+}
+
+std::optional<bool> AskYesNo_or_nobody(const std::string& text) {
+    if (The_session.AUTOMATIC) return true;
+    if (The_user.user.ask_yes_no) return The_user.user.ask_yes_no(text);
+    const std::optional<Answer> answer = Answer_from_stream(false);
+    return answer ? std::optional(answer == Answer::yes) : std::nullopt;
 }
 
 bool Yes_or_automatic(const std::string& text) {

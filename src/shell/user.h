@@ -23,6 +23,10 @@ struct User {
     std::function<std::string(const std::string& title, const std::string& filter,
                               const std::string& folder)>
         choose_file;
+    /// A file to write to, `proposed` when nothing is typed; nothing when the question is left.
+    std::function<std::optional<std::string>(const std::string& title, const std::string& folder,
+                                             const std::string& proposed)>
+        choose_target;
     std::function<bool(const std::vector<std::string>& lines)> warning_dialog;
     /// Edits a file; true when the user accepts what stands in it then.
     std::function<bool(const std::string& path)> edit_file;
@@ -49,6 +53,9 @@ inline std::atomic<bool> Stop_requested{false};
 /// An information message: to the report, and to whoever is there. AUTOMATIC does not silence it.
 void ShowMessage(const std::string& text);
 
+/// The same for a failure of the machine, with which the program will end in its exit status.
+void Show_machine_failure(const std::string& text);
+
 /// Yes at once in automatic mode. Without a user the next line of the command stream is the answer
 /// when it is Y, YES, N or NO in any case; otherwise the answer is No and the line stays.
 bool AskYesNo(const std::string& text);
@@ -57,6 +64,10 @@ bool No_or_automatic(const std::string& text);   ///< automatic mode, or No
 
 /// AskYesNo that automatic mode does not answer, for the exit flow's questions.
 bool AskYesNo_always(const std::string& text);
+
+/// AskYesNo, or nothing when nobody answers: the question is left at the terminal, or the next line
+/// of the command stream is no answer.
+std::optional<bool> AskYesNo_or_nobody(const std::string& text);
 
 enum class Answer : std::uint8_t { yes, no, cancel };
 /// A question with three answers; "C" or "CANCEL" in the command stream cancels, and so does the
