@@ -15,6 +15,7 @@
 #include "project/pattern_counter.h"
 #include "project/raw_record.h"
 #include "shell/files.h"
+#include "shell/session.h"
 #include "shell/user.h"
 
 namespace tarven {
@@ -103,7 +104,10 @@ void Show_result_of_make(const MakeResult& made) {
         ShowMessage(made.unreadable);
         ShowMessage("Warning: Error reading data");
     }
-    if (!made.failure.empty()) ShowMessage(made.failure);
+    if (made.by_machine)
+        Show_machine_failure(made.failure);
+    else if (!made.failure.empty())
+        ShowMessage(made.failure);
     if (made.TAB_written)
         ShowMessage(fmt::format("{} cases included in {} non-empty cells.", made.Nused,
                                 The_data.Ntabcells));
@@ -223,6 +227,7 @@ MakeResult Make_files(const ProjectDefinition& definition, const fs::path& DAT, 
     const bool with_TAB = whole && result.failure.empty();
     if (!new_SYS.Flush() || (with_TAB && !new_TAB.Flush())) {
         result.failure = new_SYS.ok() ? new_TAB.Failure() : new_SYS.Failure();
+        result.by_machine = true;
         return result;
     }
     std::error_code no_link;
@@ -230,6 +235,7 @@ MakeResult Make_files(const ProjectDefinition& definition, const fs::path& DAT, 
     const std::string stays = Remove_file(no_link ? TAB : real_TAB);
     if (!stays.empty()) {
         result.failure = stays;
+        result.by_machine = true;
         return result;
     }
     result.SYS_written = new_SYS.Commit();
@@ -237,6 +243,7 @@ MakeResult Make_files(const ProjectDefinition& definition, const fs::path& DAT, 
         result.failure = new_SYS.Failure();
     else if (with_TAB && !(result.TAB_written = new_TAB.Commit()))
         result.failure = new_TAB.Failure();
+    result.by_machine = !new_SYS.ok() || !new_TAB.ok();
     return result;
 }
 
@@ -298,6 +305,7 @@ bool Make() {
         } catch (const std::bad_alloc&) {
             made = MakeResult();
             made.failure = "Not enough memory for TABdata";
+            made.by_machine = true;
         }
         HideProgress();
         if (made.SYS_written) Store_made_data(made);
@@ -351,7 +359,10 @@ void Load_data_at_opening() {
     Dispose_data();
     const bool both = files.SYS.exists && files.TAB.exists;
     const bool either = files.SYS.exists || files.TAB.exists;
+    // Without the compact files the raw data are read, so the run has lost nothing.
+    const bool failed_before = The_session.machine_failed;
     if (!both && (files.DAT.exists || !either) && Make()) return;
+    The_session.machine_failed = failed_before;
     if (files.SYS.exists || files.TAB.exists) Load_SYS_and_TAB();
 }
 

@@ -23,6 +23,7 @@ struct MakeResult {
     CellStore TABdata;            ///< the cells, when TAB_written
     std::string unreadable;  ///< why the DAT file was not read to its end; SYS has what came before
     std::string failure;     ///< why SYS or TAB was not written
+    bool by_machine = false;  ///< the failure is one of the disk or of memory
 };
 
 /// Reads and recodes the DAT file, writes a line to SYS for each accepted case and a line to TAB

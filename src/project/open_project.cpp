@@ -19,6 +19,7 @@
 #include "shell/lifecycle.h"
 #include "shell/report.h"
 #include "shell/session.h"
+#include "shell/unsaved_report.h"
 #include "shell/user.h"
 
 namespace tarven {
@@ -37,7 +38,7 @@ void Start_report_file() {
     std::error_code ignored;
     Release_report_file();
     fs::remove(The_project.files.TMP.path, ignored);
-    The_report.ReportFile = The_project.files.TMP.path;
+    Set_report_file(The_project.files.TMP.path);
     if (The_report.OutputField.empty())
         ShowReportLine(fmt::format("Output from {} initialized at {}", The_project.Projectname,
                                    Date_and_time()));
@@ -143,14 +144,15 @@ void Set_project(const fs::path& folder, const std::string& name) {
     The_project.Projectname = name;
 }
 
-void Give_up_project() {
-    if (!The_project.ProjectOpen) return;
-    ExitFromTarven(true);
+bool Give_up_project() {
+    if (!The_project.ProjectOpen) return true;
+    if (!ExitFromTarven(true)) return false;
     // Its folder is where the next one is looked for; no definition without its data stays.
     const fs::path folder = The_project.ProjectPath;
     The_project = {};
     The_project.ProjectPath = folder;
     SetStatus(0, "");
+    return true;
 }
 
 bool Change_folder(const fs::path& folder) {
@@ -167,6 +169,7 @@ bool Open_project_files() {
     Start_report_file();
     Show_panels_of_new_project();
     Open_report();
+    Tell_unsaved_reports(The_project.files.TMP.path);
     const bool opened = Read_definition_file() && Read_variables();
     if (opened) {
         Read_category_names();
@@ -187,9 +190,11 @@ void Run_ini_file() {
 
 bool OpenTarvenProjectClick(const fs::path& chosen) {
     const fs::path named = chosen.empty() ? fs::path() : Absolute(chosen);
+    bool report_was_kept = false;
     if (The_project.ProjectOpen) {
         if (!AskYesNo("A TARVEN project already exists. Do you want to continue?")) return false;
-        Give_up_project();
+        if (!Give_up_project()) return false;
+        report_was_kept = The_report.OutputChanged;
     } else {
         Change_folder(The_session.StartPath);
     }
@@ -218,15 +223,19 @@ bool OpenTarvenProjectClick(const fs::path& chosen) {
                        Path_text(The_project.ProjectPath));
     Run_from_code("Show L");
     ShowReportLine("The current directory is " + Path_text(fs::current_path()));
-    The_report.OutputChanged = false;
+    if (!report_was_kept) Report_is_saved();
     Run_ini_file();
     return true;
 }
 
-bool Open_project_at_start(const std::string& name) {
+fs::path Definition_named(const std::string& name) {
     fs::path file = Text_path(name);
     if (!Find_file(file) || fs::is_directory(file)) file += ".DEF";
-    return OpenTarvenProjectClick(file);
+    return file;
+}
+
+bool Open_project_at_start(const std::string& name) {
+    return OpenTarvenProjectClick(Definition_named(name));
 }
 
 }  // namespace tarven

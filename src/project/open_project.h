@@ -17,8 +17,11 @@ bool Open_project_files();
 /// no project was opened.
 bool OpenTarvenProjectClick(const std::filesystem::path& chosen = {});
 
-/// The interactive opening of a project named on the command line: a name in the current folder or
-/// a path, with or without ".DEF".
+/// The DEF file of a project as the command line names it: a name in the current folder or a path,
+/// with or without ".DEF". It need not exist.
+std::filesystem::path Definition_named(const std::string& name);
+
+/// The interactive opening of a project named on the command line.
 bool Open_project_at_start(const std::string& name);
 
 /// Takes the names that the FILES section of a DEF file gives instead of the project's own.
@@ -30,8 +33,9 @@ void Run_ini_file();
 /// Sets folder and name of a project and forgets all else of the one before.
 void Set_project(const std::filesystem::path& folder, const std::string& name);
 
-/// The exit flow with disposal for the project that is open, if any; then there is none.
-void Give_up_project();
+/// The exit flow with disposal for the project that is open, if any; then there is none. False when
+/// the exit flow was left: the project stays.
+bool Give_up_project();
 
 /// Changes the current folder; false when that fails.
 bool Change_folder(const std::filesystem::path& folder);

@@ -4,6 +4,7 @@
 
 #include "project/exit.h"
 #include "project/project.h"
+#include "project/report_target.h"
 #include "shell/commands.h"
 #include "shell/files.h"
 #include "shell/parsed_line.h"
@@ -30,23 +31,23 @@ Outcome OUTPUT() {
         ShowMessage("No project");
         return Outcome::refused;
     }
-    const std::string failure = Write_text_file(file, The_report.OutputField);
-    if (!failure.empty()) {
-        ShowMessage(failure);
-        return Outcome::refused;
-    }
+    if (!Write_report_to(file)) return Outcome::refused;
     ShowMessage("Output was saved on " + Path_text(file));
-    The_report.OutputChanged = false;
+    Report_is_saved();
     return Outcome::done;
 }
 
 Outcome Append_to(const fs::path& file) {
-    const std::string failure = Append_text_file(file, The_report.OutputField);
-    if (!failure.empty()) {
-        ShowMessage(failure);
+    if (const std::string refusal = Refusal_of_target(file); !refusal.empty()) {
+        ShowMessage(refusal);
         return Outcome::refused;
     }
-    The_report.OutputChanged = false;
+    const std::string failure = Append_text_file(file, The_report.OutputField);
+    if (!failure.empty()) {
+        Show_machine_failure(failure);
+        return Outcome::refused;
+    }
+    Report_is_saved();
     if (The_session.AUTOMATIC) Clear_report_field();
     return Outcome::done;
 }
@@ -118,9 +119,12 @@ void Register_report_commands() {
                       .summary = "saves the report",
                       .help = "OUTPUT\nOUTPUT file\n\n"
                               "Saves the whole report, replacing the file; without a name it is\n"
-                              "project.REP. A name with blanks stands in quotes.\n\n"
+                              "project.REP. A name with blanks stands in quotes. A link is\n"
+                              "followed, a device or a pipe that somebody reads is written to.\n\n"
                               "Example: OUT titanic.rep\n\n"
-                              "Refused without a name when no project is open."});
+                              "Refused without a name when no project is open, and for every file\n"
+                              "of a project but its REP and TMP. A file that cannot be written\n"
+                              "stays as it was; the program then ends with exit status 1."});
     Register_command({.keyword = "APP",
                       .run = APPEND,
                       .spelling = "APPEND",
@@ -129,7 +133,9 @@ void Register_report_commands() {
                               "Appends the whole report to a file, by default Append.rep, which\n"
                               "is created when missing. In automatic mode the report is cleared\n"
                               "afterwards, so that repeated lines APP add only what is new.\n\n"
-                              "Example: APP all.rep"});
+                              "Example: APP all.rep\n\n"
+                              "Refused as OUT is. A file that cannot take all lines stays as it\n"
+                              "was; the program then ends with exit status 1."});
     Register_command({.keyword = "S34",
                       .run = S34,
                       .summary = "appends the report when item screening found nothing",

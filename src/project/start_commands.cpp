@@ -32,7 +32,7 @@ bool May_replace_project() {
 /// Opens the project that a DEF file names, with the environment as OPE and S69 show it. A project
 /// that is open is given up only here, once there is one to take its place.
 bool Open_found_project(const fs::path& DEF, const std::string& name) {
-    Give_up_project();
+    if (!Give_up_project()) return false;
     Set_project(DEF.parent_path(), name);
     if (!Open_project_files()) return false;
     Run_from_code("Show E");
@@ -200,7 +200,7 @@ Outcome S70() {
 }
 
 Outcome EXIT() {
-    ExitFromTarven(false);
+    if (!ExitFromTarven(false)) return Outcome::refused;
     The_session.QuitRequested = true;
     return Outcome::done;
 }
@@ -208,8 +208,14 @@ Outcome EXIT() {
 constexpr const char* ExitHelp =
     "EXIT\nQUIT\n\n"
     "Ends the program. When the report holds lines that were neither saved nor appended it asks\n"
-    "whether to save them. The temporary files of the report are deleted. The end of a command\n"
-    "file given to the program, or of standard input, means the same.";
+    "whether to save them. At a terminal you name the file, project.REP when you name none; "
+    "Ctrl-C,\n"
+    "Ctrl-D or a file that cannot be written lead back to the prompt. From a file or a pipe it is\n"
+    "project.REP, and exit status 1 tells of a failure. The temporary files of the report are\n"
+    "deleted. The end of a command file given to the program, or of standard input, means the\n"
+    "same.\n\n"
+    "The same question comes before another project is opened (OPE, not BAT); then the report is\n"
+    "erased.";
 
 }  // namespace
 

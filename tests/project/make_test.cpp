@@ -309,12 +309,16 @@ TEST_F(Making, TellsWordsThatAreNoNumbers) {
 // Whatever ends the program between the two renames, SYS and TAB of different cases never stand
 // together: TAB is gone before the new SYS comes.
 TEST_F(Making, TabGoesBeforeANewSysComes) {
-    Put("x.DAT", "2 2\n");
+    std::string cases;
+    for (int k = 1; k <= 8192; ++k) cases += "2 2\n";
+    Put("x.DAT", cases);
     Put("x.TAB", "1 1 1\n");
-    std::filesystem::create_directories(folder / "x.SYS");  // nothing can be renamed over it
     Define_project({2, 2});
     const MakeResult made =
-        Make_files(The_project, The_project.files.DAT.path, folder / "x.SYS", folder / "x.TAB", {});
+        Make_files(The_project, The_project.files.DAT.path, folder / "x.SYS", folder / "x.TAB",
+                   [&](std::int64_t) {  // nothing can be renamed over a folder
+                       return std::filesystem::create_directory(folder / "x.SYS");
+                   });
     EXPECT_FALSE(made.SYS_written || made.TAB_written);
     EXPECT_FALSE(Exists("x.TAB"));
     // A link to TAB is followed, as ever.
@@ -324,7 +328,7 @@ TEST_F(Making, TabGoesBeforeANewSysComes) {
     EXPECT_TRUE(
         Make_files(The_project, The_project.files.DAT.path, folder / "x.SYS", folder / "x.TAB", {})
             .TAB_written);
-    EXPECT_EQ(Bytes("real.TAB"), "2 2 1\n");
+    EXPECT_EQ(Bytes("real.TAB"), "2 2 8192\n");
 }
 
 TEST(DataSourceOf, TakesTheCheapest) {

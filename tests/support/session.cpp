@@ -37,7 +37,13 @@ void SessionTest::TearDown() {
 }
 
 std::vector<std::string> SessionTest::Run(std::vector<std::string> lines) {
-    const std::size_t before = The_report.OutputField.size();
+    // As they appear, for a line may erase the report.
+    std::vector<std::string> added;
+    const auto heard_before = The_report.on_line;
+    The_report.on_line = [&](const std::string& line) {
+        added.push_back(line);
+        if (heard_before) heard_before(line);
+    };
     Push_lines(std::move(lines));
     while (!The_session.QuitRequested) {
         const auto line = Next_line();
@@ -45,9 +51,8 @@ std::vector<std::string> SessionTest::Run(std::vector<std::string> lines) {
         Run_line(*line);
     }
     Pop_line_source();
-    const auto& field = The_report.OutputField;
-    return {field.begin() + static_cast<std::ptrdiff_t>(std::min(before, field.size())),
-            field.end()};
+    The_report.on_line = heard_before;
+    return added;
 }
 
 void SessionTest::Put(const std::string& name, const std::string& bytes) {
