@@ -45,6 +45,7 @@ ReadOptions Read_options(int argc, const char* const* argv) {
     app.add_option("--start", start, "The start folder (default: the current folder)")
         ->type_name("DIR");
     app.add_flag("--automatic", read.options.automatic, "As if AUT had been given");
+    app.add_flag("--log", read.options.log, "Echo each command into the report");
     app.add_option("--report", report, "Write every report line to FILE too, as it appears")
         ->type_name("FILE");
     app.add_flag("--commands-reference", read.options.commands_reference,
@@ -70,7 +71,7 @@ ReadOptions Read_options(int argc, const char* const* argv) {
         read.options.files.push_back(std::filesystem::absolute(file));
     read.options.project = To_line(project);
     read.options.start = std::filesystem::absolute(start.empty() ? "." : start).lexically_normal();
-    read.options.report = report;
+    if (!report.empty()) read.options.report = std::filesystem::absolute(report);
     if (const std::string missing = Missing_path(read.options); !missing.empty()) {
         read.ends = true;
         read.status = Status_of_usage;

@@ -14,6 +14,7 @@ struct Options {
     std::string project;                       ///< opened first; empty: none
     std::filesystem::path start;               ///< the start folder, absolute
     bool automatic = false;
+    bool log = false;              ///< each command is echoed into the report
     std::filesystem::path report;  ///< gets every report line too; empty: none
     bool commands_reference = false;
 

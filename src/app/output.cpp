@@ -1,5 +1,6 @@
 #include "app/output.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -7,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "shell/files.h"
 #include "shell/text.h"
 
 namespace tarven {
@@ -16,7 +18,7 @@ namespace {
 void Tell_failure(const std::string& name, int error_number) {
     if (The_output.failed) return;
     The_output.failed = true;
-    fmt::print(stderr, "{} could not be written: {}\n", name, std::strerror(error_number));
+    Print_error(fmt::format("{} could not be written: {}\n", name, std::strerror(error_number)));
 }
 
 bool Put(std::FILE* file, const std::string& bytes) {
@@ -26,11 +28,35 @@ bool Put(std::FILE* file, const std::string& bytes) {
 
 }  // namespace
 
+void Hold_closed_streams() {
+    for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(number, F_GETFD) >= 0 || errno != EBADF) continue;
+        // The lowest free number is this one. Open the wrong way round, it cannot be used.
+        [[maybe_unused]] const int held =
+            open("/dev/null", number == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+}
+
 std::string Open_report_copy(const std::filesystem::path& path) {
-    The_output.copy.reset(std::fopen(path.c_str(), "wb"));
+    struct stat status {};
+    const bool exists = stat(path.c_str(), &status) == 0;
+    std::string error;
+    if (exists && !S_ISREG(status.st_mode)) {
+        const OpenedFile opened = Open_special_file(path, status);
+        error = opened.error;
+        if (opened.number >= 0) The_output.copy.reset(fdopen(opened.number, "wb"));
+    } else {
+        // Another name of the same file keeps what it has.
+        if (exists && status.st_nlink > 1) unlink(Behind_links(path).c_str());
+        The_output.copy.reset(std::fopen(path.c_str(), "wb"));
+    }
+    if (!The_output.copy && error.empty()) error = std::strerror(errno);
     The_output.copy_path = path;
-    if (The_output.copy) return "";
-    return fmt::format("{} could not be written: {}", path.string(), std::strerror(errno));
+    return The_output.copy ? "" : fmt::format("{} could not be written: {}", path.string(), error);
+}
+
+void Print_error(const std::string& text) {
+    std::fputs(text.c_str(), stderr);
 }
 
 void Print_report_line(const std::string& line) {
@@ -47,8 +73,7 @@ void Print_report_line(const std::string& line) {
 void Print_message(const std::string& text) {
     if (Same_terminal(STDOUT_FILENO, STDERR_FILENO)) return;
     if (The_output.before_line) The_output.before_line();
-    for (const std::string& line : Split_lines(text))
-        fmt::print(stderr, "{}\n", To_utf8(Printable(line)));
+    for (const std::string& line : Split_lines(text)) Print_error(To_utf8(Printable(line)) + "\n");
 }
 
 bool Same_terminal(int a, int b) {

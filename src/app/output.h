@@ -20,12 +20,20 @@ struct Output {
 
 inline Output The_output;
 
-/// Creates the copy of the report. The text of a failure (UTF-8), or empty.
+/// Holds the places of standard input, output and error that are closed, so that no file opened
+/// later takes one of them and gets report lines in it. Using them stays an error.
+void Hold_closed_streams();
+
+/// Creates the copy of the report; a device or a pipe is written to. The text of a failure (UTF-8),
+/// or empty.
 std::string Open_report_copy(const std::filesystem::path& path);
 
 /// A Latin-1 line to standard output and the copy. What cannot be written is told once on standard
 /// error; the run goes on, and its exit status tells.
 void Print_report_line(const std::string& line);
+
+/// UTF-8 to standard error. Where that cannot be written nobody is left to be told.
+void Print_error(const std::string& text);
 
 /// A Latin-1 message to standard error, unless that is the terminal on which the report shows.
 void Print_message(const std::string& text);

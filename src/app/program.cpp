@@ -6,6 +6,7 @@
 #include <iostream>
 #include <new>
 
+#include "app/ending_signals.h"
 #include "app/options.h"
 #include "app/output.h"
 #include "app/register.h"
@@ -14,6 +15,7 @@
 #include "project/open_project.h"
 #include "project/project.h"
 #include "project/project_log.h"
+#include "project/report_target.h"
 #include "shell/command_files.h"
 #include "shell/command_stream.h"
 #include "shell/command_table.h"
@@ -25,6 +27,7 @@
 #include "shell/report.h"
 #include "shell/session.h"
 #include "shell/text.h"
+#include "shell/unsaved_report.h"
 #include "shell/user.h"
 
 namespace tarven {
@@ -80,13 +83,15 @@ void Run_standard_input() {
     Run_lines_of_stream();
 }
 
-/// Lines typed at the prompt. They stand in no stream, for questions are asked of the person.
+/// Lines typed at the prompt. They stand in no stream, for questions are asked of the person. The
+/// end of what is typed is EXI, from which the person may come back.
 void Run_typed_lines() {
     while (!The_session.QuitRequested) {
         const std::optional<std::string> line = Type_line();
-        if (!line) break;
+        if (!line && Terminal_is_gone()) End_without_terminal();
+        if (!line) Leave_all_modes();
         Command_begins();
-        Run_line(*line);
+        Run_line(line.value_or("EXI"));
         Command_ended();
     }
 }
@@ -96,6 +101,7 @@ void Exit_session() {
     if (!The_session.QuitRequested) Leave_all_modes();
     const Command* exit = Find_command(Command_number("EXI"));
     if (exit && exit->run && exit->available) {
+        The_report.LogOn = false;  // nobody gave it as a command
         if (!The_session.QuitRequested) Run_line("EXI");
         return;
     }
@@ -106,12 +112,15 @@ void Exit_session() {
 }
 
 int Run_session(const Options& options) {
+    const EndingSignals ending;
     const bool interactive = !options.Runs_and_exits() && Person_at_terminal();
     if (interactive) Install_terminal_user();
     if (isatty(STDIN_FILENO)) Install_interrupt();
     Install_banners();
     Labels_to_complete = Labels_of_project;
+    The_report.LogOn = options.log;
     Make_start_files();
+    Tell_unsaved_reports(The_session.StartPath / "TARVEN.TMP");
     if (options.automatic) Run_from_code("AUT");
     if (interactive && options.project.empty()) Offer_a_project();
     bool all_run = options.project.empty() || Open_project_at_start(options.project);
@@ -124,18 +133,32 @@ int Run_session(const Options& options) {
         Run_standard_input();
     }
     Exit_session();
-    if (The_output.failed) return Status_of_failure;
+    if (The_output.failed || The_session.machine_failed) return Status_of_failure;
     return all_run ? Status_of_success : Status_of_usage;
 }
 
 int Failure(const std::string& cause) {
-    fmt::print(stderr, "tarven ends: {}\n", cause);
+    Print_error(fmt::format("tarven ends: {}\n", cause));
     try {
         End_report();
+        const SavedReport saved = Save_report_if_unsaved();
+        if (!saved.file.empty())
+            Print_error(
+                fmt::format("The report was saved on {}\n", To_utf8(Path_text(saved.file))));
     } catch (const std::exception&) {
         // What could not be shown stands in the file of the first stage, written line by line.
     }
     return Status_of_failure;
+}
+
+/// Why the copy of the report cannot be made, in UTF-8; empty when it is there.
+std::string Make_report_copy(const Options& options) {
+    const auto DEF =
+        options.project.empty() ? std::nullopt : Find_file(Definition_named(options.project));
+    const std::string refusal = Refusal_of_target(options.report, DEF.value_or(""));
+    if (!refusal.empty()) return To_utf8(refusal);
+    The_session.report_copy = options.report;
+    return Open_report_copy(options.report);
 }
 
 }  // namespace
@@ -153,6 +176,8 @@ int Run_guarded(const std::function<int()>& session) {
 }
 
 int Run_program(int argc, const char* const* argv) {
+    Hold_closed_streams();
+    Ignore_signals_of_writes();
     return Run_guarded([&] {
         const ReadOptions read = Read_options(argc, argv);
         if (read.ends) {
@@ -167,9 +192,9 @@ int Run_program(int argc, const char* const* argv) {
         Remember_arguments(argc, argv);
         The_session.StartPath = read.options.start;
         if (!read.options.report.empty()) {
-            const std::string failure = Open_report_copy(read.options.report);
+            const std::string failure = Make_report_copy(read.options);
             if (!failure.empty()) {
-                fmt::print(stderr, "{}\n", failure);
+                Print_error(failure + "\n");
                 return Status_of_usage;
             }
         }

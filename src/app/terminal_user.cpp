@@ -5,6 +5,7 @@
 #include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -15,11 +16,13 @@
 #include <filesystem>
 #include <memory>
 
+#include "app/ending_signals.h"
 #include "app/line_history.h"
 #include "app/output.h"
 #include "shell/files.h"
 #include "shell/mode.h"
 #include "shell/session.h"
+#include "shell/shell_commands.h"
 #include "shell/text.h"
 #include "shell/user.h"
 #include "shell/words.h"
@@ -50,7 +53,8 @@ struct Line_editor {
     /// The line typed last while it is not known to be kept: the Up key brings it back for
     /// correction, and the next line takes its place.
     std::optional<std::string> last_line;
-    int last_event = 0;  ///< its number in `history`; 0: it stood there before
+    int last_event = 0;          ///< its number in `history`; 0: it stood there before
+    bool reads_command = false;  ///< a command is typed, not an answer
 };
 
 inline Line_editor The_editor;
@@ -62,6 +66,7 @@ void Interrupt(int) {
         return;
     }
     if (Interrupted_before.exchange(true)) {
+        if (End_by_interrupt()) return;
         std::signal(SIGINT, SIG_DFL);
         std::raise(SIGINT);
         return;
@@ -200,6 +205,14 @@ unsigned char Complete(EditLine* editor, int) {
     return CC_REDISPLAY;
 }
 
+/// Ctrl-G: the log of commands on or off.
+unsigned char Switch_log(EditLine*, int) {
+    if (!The_editor.reads_command) return CC_ERROR;
+    fmt::print(The_editor.screen, "\n");
+    Toggle_log();
+    return CC_REDISPLAY;
+}
+
 void Open_editor() {
     if (The_editor.editor) return;
     // Characters of the terminal alone: numbers keep their decimal point.
@@ -222,6 +235,8 @@ void Open_editor() {
     el_set(editor, EL_BIND, "\t", "complete-word", nullptr);
     el_set(editor, EL_BIND, std::string(1, static_cast<char>(Redraw)).c_str(), "ed-redisplay",
            nullptr);
+    el_set(editor, EL_ADDFN, "switch-log", "Log of commands on or off", Switch_log);
+    el_set(editor, EL_BIND, "^G", "switch-log", nullptr);
 }
 
 /// Puts a typed line where the Up key finds it, in the place of one that was not kept.
@@ -260,6 +275,7 @@ std::optional<std::string> Read_typed(const std::string& prompt, bool is_command
     Continued.store(false);
     const Signal_handler suspension(SIGTSTP, Note_suspension);
     const Signal_handler continuation(SIGCONT, Note_continuation);
+    The_editor.reads_command = is_command;
     for (;;) {
         int length = 0;
         errno = 0;
@@ -326,6 +342,15 @@ std::string Ask_labels(const std::string& title, const std::vector<std::string>&
     return Read_answer("Labels: ").value_or("");
 }
 
+/// The whole line is the name of a file, with or without quotes around it.
+std::string Name_typed(const std::string& typed) {
+    const auto first = typed.find_first_not_of(' ');
+    if (first == std::string::npos) return "";
+    const std::string name = typed.substr(first, typed.find_last_not_of(' ') - first + 1);
+    const bool quoted = name.size() > 1 && name.front() == '"' && name.back() == '"';
+    return quoted ? name.substr(1, name.size() - 2) : name;
+}
+
 std::string Ask_file(const std::string& title, const std::string& filter,
                      const std::string& folder) {
     Show(fmt::format("{} ({})", title, filter));
@@ -333,13 +358,19 @@ std::string Ask_file(const std::string& title, const std::string& filter,
     const std::string prompt = folder.empty() ? "File: " : fmt::format("File in {}: ", folder);
     const std::string typed = Read_answer(prompt).value_or("");
     The_editor.folder_of_file.reset();
-    // The whole line is the name, with or without quotes around it.
-    const auto first = typed.find_first_not_of(' ');
-    if (first == std::string::npos) return "";
-    std::string name = typed.substr(first, typed.find_last_not_of(' ') - first + 1);
-    if (name.size() > 1 && name.front() == '"' && name.back() == '"')
-        name = name.substr(1, name.size() - 2);
-    return Path_text(Text_path(folder) / Text_path(name));
+    const std::string name = Name_typed(typed);
+    return name.empty() ? "" : Path_text(Text_path(folder) / Text_path(name));
+}
+
+std::optional<std::string> Ask_target(const std::string& title, const std::string& folder,
+                                      const std::string& proposed) {
+    Show(title);
+    The_editor.folder_of_file = Text_path(folder);
+    const auto typed = Read_answer(fmt::format("File in {} [{}]: ", folder, proposed));
+    The_editor.folder_of_file.reset();
+    if (!typed) return {};
+    const std::string name = Name_typed(*typed);
+    return Path_text(Text_path(folder) / Text_path(name.empty() ? proposed : name));
 }
 
 bool Ask_after_warning(const std::vector<std::string>& lines) {
@@ -352,9 +383,13 @@ bool Run_editor(const std::string& editor, const std::string& file) {
     const std::string script = "exec " + editor + " \"$1\"";
     const char* arguments[] = {"sh", "-c", script.c_str(), "sh", file.c_str(), nullptr};
     pid_t child = 0;
-    if (posix_spawn(&child, "/bin/sh", nullptr, nullptr, const_cast<char**>(arguments), environ) !=
-        0)
-        return false;
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    Set_signals_of_child(attributes);
+    const int failed = posix_spawn(&child, "/bin/sh", nullptr, &attributes,
+                                   const_cast<char**>(arguments), environ);
+    posix_spawnattr_destroy(&attributes);
+    if (failed != 0) return false;
     int status = 0;
     while (waitpid(child, &status, 0) < 0)
         if (errno != EINTR) return false;
@@ -409,12 +444,18 @@ bool Person_at_terminal() {
     return isatty(STDIN_FILENO) && (isatty(STDOUT_FILENO) || isatty(STDERR_FILENO));
 }
 
+bool Terminal_is_gone() {
+    termios state{};
+    return tcgetattr(STDIN_FILENO, &state) != 0;
+}
+
 void Install_terminal_user() {
     User& user = The_user.user;
     user.ask_yes_no = Ask_yes_no;
     user.ask_user = Ask_text;
     user.select_variables = Ask_labels;
     user.choose_file = Ask_file;
+    user.choose_target = Ask_target;
     user.warning_dialog = Ask_after_warning;
     user.edit_file = Edit_file;
 }

@@ -12,6 +12,9 @@ namespace tarven {
 /// Whether a person types: standard input is a terminal, and what is asked can be seen on one.
 bool Person_at_terminal();
 
+/// Whether the terminal of standard input has been closed, so that nothing will ever be typed.
+bool Terminal_is_gone();
+
 /// Puts the person at the terminal into The_user: questions, choices and files are asked there.
 void Install_terminal_user();
 
@@ -24,8 +27,8 @@ std::optional<std::string> Type_line();
 void Install_banners();
 
 /// From now on Ctrl-C during a command asks it to stop at its next safe point, and a second one
-/// during the same command ends the program. Called when standard input is a terminal; from a pipe
-/// the signal ends the program.
+/// during the same command ends the program, which saves an unsaved report first. Called when
+/// standard input is a terminal; from a pipe the signal ends the program.
 void Install_interrupt();
 
 /// A command begins or has ended: the next Ctrl-C is the first again.

@@ -68,6 +68,7 @@ Outcome HELP() {
     Write_report("");
     Write_report(
         "Three letters of a command are enough. \"HELP TAB\" or \"TAB ?\" tells what TAB takes.");
+    Write_report("Ctrl-G at a terminal, or the option --log, echoes each command into the report.");
     return Outcome::done;
 }
 

@@ -135,7 +135,10 @@ TEST_F(Program, NamesWhatEndsItAndShowsTheOpenReport) {
         Write_report("found within");
         throw std::bad_alloc();
     });
-    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "tarven ends: no memory\n");
+    const std::string saved = (folder / "TARVEN_unsaved_1.REP").string();
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+              "tarven ends: no memory\nThe report was saved on " + saved + "\n");
+    EXPECT_EQ(Bytes("TARVEN_unsaved_1.REP"), "found before\nfound within\n");
     The_report.on_line = nullptr;
     EXPECT_EQ(status, 1);
     EXPECT_EQ(heard, (std::vector<std::string>{"found before", "found within"}));

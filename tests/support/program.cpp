@@ -111,7 +111,7 @@ void LivingProgram::Type(const std::string& bytes) {
 
 void LivingProgram::Read_some() {
     pollfd ready{.fd = output_, .events = POLLIN};
-    if (poll(&ready, 1, 100) <= 0) return;
+    if (poll(&ready, 1, 100) <= 0 || output_ < 0) return;
     char block[65536];
     const ssize_t got = read(output_, block, sizeof block);
     if (got > 0) run_.out.append(block, static_cast<std::size_t>(got));
@@ -134,8 +134,19 @@ void LivingProgram::Kill(int signal) {
     kill(child_, signal);
 }
 
+ProgramRun LivingProgram::Hang_up() {
+    close(output_);
+    output_ = -1;
+    return Finish();
+}
+
 ProgramRun LivingProgram::Finish() {
     close(input_);
+    input_ = -1;
+    return Await_end();
+}
+
+ProgramRun LivingProgram::Await_end() {
     int status = 0;
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (waitpid(child_, &status, WNOHANG) == 0) {
@@ -144,7 +155,8 @@ ProgramRun LivingProgram::Finish() {
     }
     Read_some();
     child_ = 0;
-    close(output_);
+    for (const int end_of_ours : {input_, output_})
+        if (end_of_ours >= 0) close(end_of_ours);
     Take_status(run_, status);
     return run_;
 }

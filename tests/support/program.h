@@ -36,7 +36,11 @@ class LivingProgram {
     /// ten seconds.
     bool Await(const std::string& text);
     void Kill(int signal);
-    /// Closes its input, waits for its end and returns all it showed.
+    /// Closes the terminal, as its window does, and waits for the end.
+    ProgramRun Hang_up();
+    /// Waits for its end and returns all it showed.
+    ProgramRun Await_end();
+    /// Closes its input and waits for its end.
     ProgramRun Finish();
 
   private:
