@@ -35,6 +35,11 @@ std::string Left(std::string_view text, int width) {
     return result.append(Blanks(width - static_cast<int>(text.size())));
 }
 
+std::string Apart(std::string field) {
+    if (!field.empty() && field.front() != ' ') field.insert(field.begin(), ' ');
+    return field;
+}
+
 std::string Blanks(int count) {
     return std::string(count > 0 ? static_cast<std::size_t>(count) : 0, ' ');
 }

@@ -27,6 +27,9 @@ std::string Field(T value, int width) {
 std::string Right(std::string_view text, int width);
 std::string Left(std::string_view text, int width);
 
+/// A field that fills its whole width, with a blank before it that keeps it from its neighbour.
+std::string Apart(std::string field);
+
 /// `count` blanks; none when count is not positive.
 std::string Blanks(int count);
 

@@ -15,6 +15,7 @@ struct Session {
     std::string arguments;                  ///< of the program, as typed
     std::filesystem::path report_copy;      ///< gets each line of the report too; empty: none
     bool machine_failed = false;            ///< a file could not be written: the exit status tells
+    int jobs = 1;                           ///< threads for lists of tests; decides no digit
     bool AUTOMATIC = false;                 ///< yes-or-no questions answer themselves
     bool QuitRequested = false;             ///< EXI or QUI has run: read no further line
     bool Append_results = false;            ///< item screening found neither DIF nor LD

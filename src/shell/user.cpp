@@ -35,12 +35,15 @@ void Tell_unanswered(const std::string& question) {
         The_user.user.show_message(question + " No: the next line is no answer");
 }
 
-void Draw_progress() {
-    if (!The_user.user.progress) return;
+void Draw_progress(std::int64_t position) {
+    if (!The_user.user.progress || !The_user.progress_shown ||
+        std::this_thread::get_id() != The_user.progress_thread)
+        return;
     const std::int64_t interval = The_user.progress_end / ProgressDraws + 1;
-    if (The_user.progress_position % interval == 0)
-        The_user.user.progress(The_user.progress_title, The_user.progress_position,
-                               The_user.progress_end);
+    if (position / interval != The_user.progress_drawn / interval || position == 0) {
+        The_user.progress_drawn = position;
+        The_user.user.progress(The_user.progress_title, position, The_user.progress_end);
+    }
 }
 
 }  // namespace
@@ -145,18 +148,25 @@ void ShowProgress(std::int64_t min, std::int64_t max, std::int64_t step, const s
     The_user.progress_position = min;
     The_user.progress_end = max;
     The_user.progress_step = step;
-    Draw_progress();
+    The_user.progress_shown = true;
+    The_user.progress_thread = std::this_thread::get_id();
+    The_user.progress_drawn = min;
+    Draw_progress(min);
 }
 
 bool StepProgress() {
-    The_user.progress_position += The_user.progress_step;
-    Draw_progress();
-    if (!Stop_requested.load(std::memory_order_relaxed)) return false;
-    Stop_requested.store(false, std::memory_order_relaxed);
-    return true;
+    const std::atomic_ref position(The_user.progress_position);
+    const std::int64_t step = The_user.progress_step;
+    Draw_progress(position.fetch_add(step, std::memory_order_relaxed) + step);
+    return Stop_asked();
+}
+
+bool Stop_asked() {
+    return Stop_requested.load(std::memory_order_relaxed) && Stop_requested.exchange(false);
 }
 
 void HideProgress() {
+    The_user.progress_shown = false;
     if (The_user.user.progress) The_user.user.progress("", -1, 0);
 }
 

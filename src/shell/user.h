@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace tarven {
@@ -39,8 +40,11 @@ struct User {
 struct UserState {
     User user;
     std::vector<std::string> panels = std::vector<std::string>(7);  ///< [0..6]
+    bool progress_shown = false;      ///< between ShowProgress and HideProgress
+    std::thread::id progress_thread;  ///< that draws it
     std::string progress_title;
-    std::int64_t progress_position = 0;
+    std::int64_t progress_position = 0;  ///< moved by any thread, through std::atomic_ref
+    std::int64_t progress_drawn = 0;
     std::int64_t progress_end = 0;
     std::int64_t progress_step = 1;
 };
@@ -102,8 +106,10 @@ void HideWait();
 void ShowProgress(std::int64_t min, std::int64_t max, std::int64_t step, const std::string& title,
                   const std::string& subtitle);
 /// True when a stop was asked for since the last call: end at the next safe point. Cheap enough to
-/// be called once per random table.
+/// be called once per random table, and from any thread; the thread of ShowProgress alone draws.
 bool StepProgress();
+/// The same question without a step.
+bool Stop_asked();
 void HideProgress();
 
 }  // namespace tarven

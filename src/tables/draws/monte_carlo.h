@@ -7,6 +7,7 @@
 
 #include "shell/numbers.h"
 #include "shell/settings.h"
+#include "shell/stop_check.h"
 #include "tables/draws/replicates.h"
 #include "tables/numbers/random_stream.h"
 #include "tables/table/two_way.h"
@@ -72,11 +73,9 @@ double Repeated_z(std::int32_t count, std::int32_t n, double p);
 bool Update_sim_counts(Sim_counts& counts, const ObservedTest& observed, const MonteCarloRule& rule,
                        Extended statistic, double gamma);
 
-/// Asked once after each replicate; true ends the run with the replicates done so far.
-using StopCheck = std::function<bool()>;
-
-/// One run of the global engine: up to rule.nsim replicates, fewer when the rule or `stop` ends it.
-/// The strata's tables are drawn in the order given. No replicates for nsim <= 0.
+/// One run of the global engine: up to rule.nsim replicates, fewer when the rule or `stop`, asked
+/// after each replicate, ends it. The strata's tables are drawn in the order given. No replicates
+/// for nsim <= 0.
 Sim_counts Monte_carlo_test(std::span<const ExpectedTable> strata, const ObservedTest& observed,
                             const MonteCarloRule& rule, RandomStream& stream, DrawMemory& memory,
                             const StopCheck& stop = {});

@@ -31,7 +31,7 @@ Outcome FISHER() {
     if (listing) list_table = [](const FisherTable& one) { Write_lines(Fisher_table_lines(one)); };
     ShowWait("Enumeration of all tables");
     const FisherRecord record = Enumerate_tables(
-        counts, Statistic_rule(The_settings), has_gamma, [] { return StepProgress(); }, list_table);
+        counts, Statistic_rule(The_settings), has_gamma, [] { return Stop_asked(); }, list_table);
     HideWait();
     Write_lines(Fisher_report(counts, hypothesis.X.label, hypothesis.Y.label, record));
     return Outcome::done;

@@ -20,31 +20,34 @@ double Ratio(double observed, double fitted) {
     return fitted > 0 ? observed / fitted : 0;
 }
 
-void Scale_rows(ExpectedTable& m, const TwoWayTable& n) {
+void Scale_rows(ExpectedTable& m, const TwoWayTable& n, std::vector<double>& factor) {
     for (int i = 1; i <= m.rows; ++i) {
         double sum = 0;
         for (int j = 1; j <= m.columns; ++j) sum += m(i, j);
         const double ratio = Ratio(n(i, n.columns + 1), sum);
+        factor[static_cast<std::size_t>(i - 1)] *= ratio;
         for (int j = 1; j <= m.columns; ++j) m(i, j) *= ratio;
     }
 }
 
-void Scale_columns(ExpectedTable& m, const TwoWayTable& n) {
+void Scale_columns(ExpectedTable& m, const TwoWayTable& n, std::vector<double>& factor) {
     for (int j = 1; j <= m.columns; ++j) {
         double sum = 0;
         for (int i = 1; i <= m.rows; ++i) sum += m(i, j);
         const double ratio = Ratio(n(n.rows + 1, j), sum);
+        factor[static_cast<std::size_t>(j - 1)] *= ratio;
         for (int i = 1; i <= m.rows; ++i) m(i, j) *= ratio;
     }
 }
 
-void Scale_cells(std::vector<ExpectedTable>& fitted, const TwoWayTable& xy) {
+void Scale_cells(std::vector<ExpectedTable>& fitted, const TwoWayTable& xy, ExpectedTable& factor) {
     for (int i = 1; i <= xy.rows; ++i)
         for (int j = 1; j <= xy.columns; ++j) {
             double sum = 0;
             for (const ExpectedTable& m : fitted) sum += m(i, j);
             const double ratio = Ratio(xy(i, j), sum);
             for (ExpectedTable& m : fitted) m(i, j) *= ratio;
+            factor(i, j) *= ratio;
         }
 }
 
@@ -68,13 +71,16 @@ XyzFit fit_xyz(std::span<const TwoWayTable> slices, double criterion, int max_it
         for (int j = 1; j <= xy.columns; ++j)
             start(i, j) = xy(i, j) / static_cast<double>(slices.size());
     fit.fitted.assign(slices.size(), start);
+    fit.cell = start;
+    fit.row.assign(slices.size(), std::vector<double>(static_cast<std::size_t>(xy.rows), 1));
+    fit.column.assign(slices.size(), std::vector<double>(static_cast<std::size_t>(xy.columns), 1));
     while (fit.iterations < max_iterations && !fit.converged) {
         ++fit.iterations;
         for (std::size_t s = 0; s < slices.size(); ++s) {
-            Scale_rows(fit.fitted[s], slices[s]);
-            Scale_columns(fit.fitted[s], slices[s]);
+            Scale_rows(fit.fitted[s], slices[s], fit.row[s]);
+            Scale_columns(fit.fitted[s], slices[s], fit.column[s]);
         }
-        Scale_cells(fit.fitted, xy);
+        Scale_cells(fit.fitted, xy, fit.cell);
         fit.delta = 0;
         for (std::size_t s = 0; s < slices.size(); ++s) {
             Fill_margins(fit.fitted[s]);
@@ -100,6 +106,39 @@ Extended Two_factor_lr(std::span<const TwoWayTable> slices,
     return 2 * sum;
 }
 
+namespace {
+
+/// n ln(x), 0 for an empty margin.
+Extended Times_log(std::int32_t n, double x) {
+    return n > 0 && x > 0 ? n * std::log(Extended{x}) : Extended{0};
+}
+
+}  // namespace
+
+Extended Two_factor_lr_of_margins(std::span<const TwoWayTable> slices, const XyzFit& fit) {
+    if (slices.empty()) return 0;
+    const TwoWayTable xy = Summed_slices(slices);
+    Extended sum = 0;
+    for (int i = 1; i <= xy.rows; ++i)
+        for (int j = 1; j <= xy.columns; ++j) sum += Times_log(xy(i, j), fit.cell(i, j));
+    for (std::size_t s = 0; s < slices.size(); ++s) {
+        const TwoWayTable& n = slices[s];
+        // ln of the expected counts of independence, n_i+ n_+j / n, is a sum over margins as well.
+        for (int i = 1; i <= n.rows; ++i) {
+            const std::int32_t margin = n(i, n.columns + 1);
+            sum += Times_log(margin, fit.row[s][static_cast<std::size_t>(i - 1)]) -
+                   Times_log(margin, margin);
+        }
+        for (int j = 1; j <= n.columns; ++j) {
+            const std::int32_t margin = n(n.rows + 1, j);
+            sum += Times_log(margin, fit.column[s][static_cast<std::size_t>(j - 1)]) -
+                   Times_log(margin, margin);
+        }
+        sum += Times_log(n.Total(), n.Total());
+    }
+    return 2 * sum;
+}
+
 PartialTest Two_factor_test(std::span<const TwoWayTable> slices,
                             std::span<const ExpectedTable> independence) {
     PartialTest test;
@@ -108,6 +147,7 @@ PartialTest Two_factor_test(std::span<const TwoWayTable> slices,
     test.iterations = fit.iterations;
     test.converged = fit.converged;
     test.lr = Two_factor_lr(slices, independence, fit.fitted);
+    test.lr_of_margins = Two_factor_lr_of_margins(slices, fit);
     test.df = Degrees_of_freedom(Summed_slices(slices));
     test.p = Chi2_tail(test.df, static_cast<double>(test.lr));
     return test;

@@ -13,6 +13,9 @@ namespace tarven {
 
 struct XyzFit {
     std::vector<ExpectedTable> fitted;  ///< one table a slice, with its margins
+    /// The factors of the fit: fitted(i, j) of slice s is cell(i, j) row[s][i-1] column[s][j-1].
+    ExpectedTable cell;
+    std::vector<std::vector<double>> row, column;
     int iterations = 0;
     double delta = 0;        ///< largest deviation of a fitted row or column margin
     bool converged = false;  ///< delta is at most the criterion
@@ -32,10 +35,17 @@ Extended Two_factor_lr(std::span<const TwoWayTable> slices,
                        std::span<const ExpectedTable> independence,
                        std::span<const ExpectedTable> fitted);
 
+/// The same ratio at the fit, where it is a sum over the margins XY, XZ and YZ of the logarithms of
+/// the factors. It reads nothing but the margins of the slices, so that slices with equal margins
+/// have the same value to the last bit: random tables are compared with the observed ones by it.
+/// From Two_factor_lr it differs by the error of the fit, of second order.
+Extended Two_factor_lr_of_margins(std::span<const TwoWayTable> slices, const XyzFit& fit);
+
 /// The test of conditional independence of X and Y against two-factor association: strong where the
 /// association is alike in all slices, since it spends its degrees of freedom on that alone.
 struct PartialTest {
     Extended lr = 0;
+    Extended lr_of_margins = 0;  ///< what random tables are compared with
     int df = 0;    ///< (R'-1)(C'-1), non-empty rows and columns of the summed XY margin
     double p = 1;  ///< asymptotic; 1 when df is 0
     int iterations = 0;

@@ -1,8 +1,55 @@
 #include "tables/independence/hypothesis_run.h"
 
 #include <algorithm>
+#include <atomic>
+#include <exception>
+#include <mutex>
+#include <thread>
 
 namespace tarven {
+
+namespace {
+
+bool Simulates(const TestSettings& settings) {
+    return settings.ExactTests && settings.Nsim > 0;
+}
+
+HypothesisOutcome Not_reached() {
+    return {.reached = Reached::not_reached};
+}
+
+/// The questions of a run: one a hypothesis and one a replicate.
+std::int64_t Steps(std::size_t count, const TestSettings& settings) {
+    const std::int64_t each = 1 + (Simulates(settings) ? std::int64_t{settings.Nsim} : 0);
+    return static_cast<std::int64_t>(count) * each;
+}
+
+/// A stop that was once asked for stays, for all threads of the run.
+class RunStop {
+  public:
+    explicit RunStop(const StopCheck& asked) : asked_(asked) {}
+    bool Now() {
+        if (!stopped_ && asked_ && asked_()) stopped_ = true;
+        return stopped_;
+    }
+    void End() { stopped_ = true; }
+    StopCheck Check() {
+        return asked_ ? StopCheck([this] { return Now(); }) : StopCheck{};
+    }
+
+  private:
+    const StopCheck& asked_;
+    std::atomic<bool> stopped_ = false;
+};
+
+/// The outcome with what a stop did to its simulation.
+HypothesisOutcome Cut(HypothesisOutcome outcome, bool stopped, const TestSettings& settings) {
+    if (stopped && outcome.row.Nsim > 0 && outcome.row.Nsim < static_cast<float>(settings.Nsim))
+        outcome.reached = Reached::cut_short;
+    return outcome;
+}
+
+}  // namespace
 
 bool Has_gamma(const ContingencyTable& table, const Hypothesis& hypothesis) {
     const TestedPair pair = Tested_pair(hypothesis);
@@ -11,17 +58,14 @@ bool Has_gamma(const ContingencyTable& table, const Hypothesis& hypothesis) {
     return Gamma_is_defined(x.DIM, x.VTYPE, y.DIM, y.VTYPE);
 }
 
-GlobalOutcome Test_globally(const ContingencyTable& table, const Hypothesis& hypothesis,
-                            const TestSettings& settings, RandomStream& stream, DrawMemory& memory,
-                            const RunControl& control) {
-    GlobalOutcome outcome;
-    outcome.cases = table.NTOTAL;
-    outcome.row = Untested_result();
+HypothesisOutcome Test_globally(const ContingencyTable& table, const Hypothesis& hypothesis,
+                                const TestSettings& settings, RandomStream& stream,
+                                DrawMemory& memory, const StopCheck& stop) {
+    HypothesisOutcome outcome{.cases = table.NTOTAL};
     const TestedPair pair = Tested_pair(hypothesis);
     if (!pair.proper() || pair.Y > table.Nvar()) return outcome;
     outcome.has_gamma = Has_gamma(table, hypothesis);
-    const bool simulates = settings.ExactTests && settings.Nsim > 0;
-    if (!simulates) {
+    if (!Simulates(settings)) {
         const SlicesSummed summed = Sum_over_slices(View_of(table, hypothesis), outcome.has_gamma,
                                                     Statistic_rule(settings));
         outcome.missing_slices = summed.missing > 0;
@@ -33,33 +77,62 @@ GlobalOutcome Test_globally(const ContingencyTable& table, const Hypothesis& hyp
     outcome.missing_slices = slices.missing > 0;
     outcome.too_many_slices = slices.too_many;
     if (slices.too_many) return outcome;
-    if (control.begin) control.begin();
     outcome.row = Row_of(Test_strata(slices.counts, slices.expected, outcome.has_gamma, settings,
-                                     stream, memory, control.stop));
-    if (control.end) control.end();
+                                     stream, memory, stop));
     return outcome;
 }
 
-std::vector<GlobalOutcome> Test_globally(const ContingencyTable& table,
-                                         std::span<const Hypothesis> list,
-                                         const TestSettings& settings, RandomStream& stream,
-                                         const RunControl& control) {
-    TestSettings now = settings;
-    bool stopped = false;
-    RunControl watched = control;
-    if (control.stop)
-        watched.stop = [&] {
-            stopped = stopped || control.stop();
-            return stopped;
-        };
-    DrawMemory memory;
-    std::vector<GlobalOutcome> outcomes;
-    for (const Hypothesis& hypothesis : list) {
-        if (now.ExactTests) Set_seed(stream, now.Seed);
-        outcomes.push_back(Test_globally(table, hypothesis, now, stream, memory, watched));
-        if (stopped) now.ExactTests = false;
-    }
+std::vector<HypothesisOutcome> Run_list(
+    std::size_t count, const TestSettings& settings, RandomStream& stream,
+    const RunControl& control,
+    const std::function<HypothesisOutcome(std::size_t, RandomStream&, DrawMemory&,
+                                          const StopCheck&)>& test) {
+    std::vector<HypothesisOutcome> outcomes(count, Not_reached());
+    RunStop stop(control.stop);
+    std::atomic<std::size_t> next = 0;
+    RandomStream last = stream;
+    std::exception_ptr failure;
+    std::mutex failing;
+    const auto work = [&] {
+        RandomStream own = stream;
+        DrawMemory memory;
+        bool cut = false;
+        const StopCheck check = !control.stop ? StopCheck{} : [&] { return cut = stop.Now(); };
+        try {
+            for (std::size_t k = next++; k < count; k = next++) {
+                if (stop.Now()) return;
+                outcomes[k] = Cut(test(k, own, memory, check), cut, settings);
+                if (k + 1 == count) last = own;
+            }
+        } catch (...) {
+            const std::lock_guard lock(failing);
+            if (!failure) failure = std::current_exception();
+            stop.End();
+        }
+    };
+    if (control.begin) control.begin(Steps(count, settings));
+    const auto threads = std::clamp<std::size_t>(static_cast<std::size_t>(std::max(control.jobs, 1)),
+                                                 1, std::max<std::size_t>(count, 1));
+    std::vector<std::thread> others;
+    for (std::size_t t = 1; t < threads; ++t) others.emplace_back(work);
+    work();
+    for (std::thread& other : others) other.join();
+    if (control.end) control.end();
+    if (failure) std::rethrow_exception(failure);
+    stream = last;
     return outcomes;
+}
+
+std::vector<HypothesisOutcome> Test_globally(const ContingencyTable& table,
+                                             std::span<const Hypothesis> list,
+                                             const TestSettings& settings, RandomStream& stream,
+                                             const RunControl& control) {
+    return Run_list(list.size(), settings, stream, control,
+                    [&](std::size_t k, RandomStream& own, DrawMemory& memory,
+                        const StopCheck& stop) {
+                        if (settings.ExactTests) Set_seed(own, settings.Seed);
+                        return Test_globally(table, list[k], settings, own, memory, stop);
+                    });
 }
 
 LocalHypothesis Form_xyz_table(const ContingencyTable& table, const Hypothesis& hypothesis,
@@ -78,12 +151,30 @@ LocalHypothesis Form_xyz_table(const ContingencyTable& table, const Hypothesis& 
     return local;
 }
 
-std::vector<std::string> Remarks(const GlobalOutcome& outcome, const std::string& label) {
-    if (outcome.too_many_slices) return {"XYZ1: Failure creating 3-way table - too many slices "};
-    std::vector<std::string> lines;
-    if (outcome.missing_slices) lines.push_back("Warning - missing slices in XYZ-table");
-    if (!(outcome.row.Df > 0)) lines.push_back(label + "   No degrees of freedom");
-    return lines;
+std::vector<HypothesisOutcome> Test_locally(
+    const ContingencyTable& table, std::span<const Hypothesis> list, const LocalWishes& wishes,
+    const TestSettings& wanted, RandomStream& stream, const RunControl& control,
+    const std::function<void(std::size_t, const LocalOutcome&)>& each) {
+    TestSettings settings = wanted;
+    if (table.big()) settings.PartialTests = false;
+    if (settings.ExactTests) Set_seed(stream, settings.Seed);
+    std::vector<HypothesisOutcome> rows(list.size(), Not_reached());
+    RunStop stop(control.stop);
+    DrawMemory memory;
+    for (std::size_t k = 0; k < list.size() && !stop.Now(); ++k) {
+        LocalOutcome one{.hypothesis = Form_xyz_table(table, list[k], wishes.with_margins)};
+        if (control.begin) control.begin(Steps(1, settings));
+        one.result = EXANALYSE(one.hypothesis, settings, wishes.partial_off, stream, memory,
+                               stop.Check());
+        if (control.end) control.end();
+        one.outcome.row = Row_of(one.result.test);
+        one.outcome.has_gamma = one.result.has_gamma;
+        one.outcome.cases = table.NTOTAL;
+        one.outcome = Cut(one.outcome, stop.Now(), settings);
+        rows[k] = one.outcome;
+        if (each) each(k, one);
+    }
+    return rows;
 }
 
 }  // namespace tarven

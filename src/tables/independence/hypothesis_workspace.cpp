@@ -5,15 +5,19 @@
 
 namespace tarven {
 
-void Set_hypotheses(std::vector<Hypothesis> list, HypothesisScope scope, std::string labels) {
+void Fill_hypotheses(HypothesisWorkspace& w, std::vector<Hypothesis> list, HypothesisScope scope,
+                     std::string labels) {
     if (list.size() > MaxHypotheses) list.resize(MaxHypotheses);
-    HypothesisWorkspace& w = The_hypotheses;
     w.list = std::move(list);
     w.results.assign(w.list.size(), TestResult{});
     w.hypotheses_ready = !w.list.empty();
     w.tested = false;
     w.scope = scope;
     w.labels = std::move(labels);
+}
+
+void Set_hypotheses(std::vector<Hypothesis> list, HypothesisScope scope, std::string labels) {
+    Fill_hypotheses(The_hypotheses, std::move(list), scope, std::move(labels));
 }
 
 void Clear_hypotheses() {

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "shell/settings.h"
 #include "tables/independence/hypotheses.h"
 
 namespace tarven {
@@ -17,6 +18,7 @@ struct HypothesisWorkspace {
     std::vector<TestResult> results;  ///< parallel to list
     bool hypotheses_ready = false;    ///< the list is not empty and belongs to what stands now
     bool tested = false;              ///< the results are those of a test
+    TestSettings settings;            ///< of the run that made them
     HypothesisScope scope = HypothesisScope::table;
     bool PartialTestsOff = false;  ///< no tests against two-factor association on this table
     std::string labels;            ///< of the variables that the roles are numbered by
@@ -24,7 +26,11 @@ struct HypothesisWorkspace {
 
 inline HypothesisWorkspace The_hypotheses;
 
-/// Makes `list` the list of the workspace, cut to MaxHypotheses, with start values as results.
+/// Fills a workspace with `list`, cut to MaxHypotheses, with start values as results.
+void Fill_hypotheses(HypothesisWorkspace& workspace, std::vector<Hypothesis> list,
+                     HypothesisScope scope, std::string labels);
+
+/// Makes `list` the list of the workspace.
 void Set_hypotheses(std::vector<Hypothesis> list, HypothesisScope scope, std::string labels);
 
 /// Empties the list without a word.

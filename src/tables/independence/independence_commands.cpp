@@ -5,25 +5,18 @@
 #include <algorithm>
 
 #include "shell/parsed_line.h"
-#include "shell/prompts.h"
 #include "shell/report.h"
+#include "shell/session.h"
 #include "shell/test_options.h"
 #include "shell/user.h"
-#include "shell/variable_lists.h"
-#include "tables/draws/bootstrap.h"
-#include "tables/draws/bootstrap_commands.h"
-#include "tables/independence/fisher.h"
-#include "tables/independence/fisher_report.h"
-#include "tables/independence/hypotheses_report.h"
 #include "tables/independence/hypothesis_workspace.h"
 #include "tables/independence/multiple_testing.h"
+#include "tables/independence/own_table.h"
 #include "tables/independence/summary_report.h"
 #include "tables/independence/tested_table_report.h"
 #include "tables/numbers/stream_workspace.h"
-#include "tables/table/contingency_table.h"
 #include "tables/table/print_table.h"
 #include "tables/table/table_workspace.h"
-#include "tables/table/tabulate.h"
 
 namespace tarven {
 
@@ -31,40 +24,52 @@ namespace {
 
 // ---- TEST
 
-SummaryRow Summary_row(const ContingencyTable& table, std::size_t k) {
-    const Hypothesis& h = The_hypotheses.list[k];
-    return {.label = Hypothesis_label(h, table.labels()),
-            .result = The_hypotheses.results[k],
-            .has_gamma = h.Kind == kind::with_gamma,
-            .cases = table.NTOTAL};
-}
+/// A list on its table: that of the workspace, or the one row of CHOOSE.
+struct TestedList {
+    const ContingencyTable& table;
+    HypothesisWorkspace& hypotheses;
 
-std::vector<SummaryRow> Summary_rows(const ContingencyTable& table) {
-    std::vector<SummaryRow> rows;
-    for (std::size_t k = 0; k < The_hypotheses.list.size(); ++k)
-        rows.push_back(Summary_row(table, k));
-    return rows;
-}
-
-RejectionLimits Limits_of_results() {
-    return Rejection_limits(
-        Collect_p_values(The_hypotheses.list, The_hypotheses.results, The_settings).p);
-}
-
-void Store(std::size_t k, const TestResult& row, bool has_gamma) {
-    The_hypotheses.list[k].Kind = has_gamma ? kind::with_gamma : kind::without_gamma;
-    The_hypotheses.results[k] = row;
-}
-
-void Run_global_tests(const ContingencyTable& table) {
-    const std::vector<GlobalOutcome> outcomes = Test_globally(
-        table, The_hypotheses.list, The_settings, The_stream, Progress_of(The_settings));
-    for (std::size_t k = 0; k < outcomes.size(); ++k) {
-        Store(k, outcomes[k].row, outcomes[k].has_gamma);
-        Write_lines(Remarks(outcomes[k], Hypothesis_label(The_hypotheses.list[k], table.labels())));
+    std::vector<std::string> Labels() const {
+        std::vector<std::string> labels;
+        for (const Hypothesis& h : hypotheses.list)
+            labels.push_back(Hypothesis_label(h, hypotheses.labels));
+        return labels;
     }
-    const std::vector<SummaryRow> rows = Summary_rows(table);
-    Write_lines(exa_summary1(rows, Limits_of_results(), The_settings));
+    SummaryRow Row(std::size_t k) const {
+        const Hypothesis& h = hypotheses.list[k];
+        return {.label = Hypothesis_label(h, hypotheses.labels),
+                .result = hypotheses.results[k],
+                .has_gamma = h.Kind == kind::with_gamma,
+                .cases = table.NTOTAL};
+    }
+    std::vector<SummaryRow> Rows() const {
+        std::vector<SummaryRow> rows;
+        for (std::size_t k = 0; k < hypotheses.list.size(); ++k) rows.push_back(Row(k));
+        return rows;
+    }
+};
+
+void Store(HypothesisWorkspace& hypotheses, std::size_t k, const HypothesisOutcome& outcome) {
+    hypotheses.list[k].Kind = outcome.has_gamma ? kind::with_gamma : kind::without_gamma;
+    hypotheses.results[k] = outcome.row;
+}
+
+/// False when the user stopped the run.
+bool Run_global_tests(const TestedList& list) {
+    HypothesisWorkspace& h = list.hypotheses;
+    const std::vector<HypothesisOutcome> outcomes =
+        Test_globally(list.table, h.list, h.settings, The_stream, Progress_of(h.settings));
+    const std::vector<std::string> labels = list.Labels();
+    for (std::size_t k = 0; k < outcomes.size(); ++k) {
+        Store(h, k, outcomes[k]);
+        Write_lines(Remarks(outcomes[k], labels[k]));
+    }
+    const RejectionLimits limits =
+        Rejection_limits(Collect_p_values(h.list, h.results, h.settings).p);
+    Write_lines(exa_summary1(list.Rows(), limits, h.settings));
+    const std::vector<std::string> stopped = Stopped_lines(outcomes, labels, h.settings);
+    Write_lines(stopped);
+    return stopped.empty();
 }
 
 void Analyse(const TestAnalysis& analysis, const char* name, const LocalHypothesis& hypothesis,
@@ -112,71 +117,89 @@ TableOptions Printed(const TestOptions& options) {
 
 /// The boxes of all strata, each with its result line.
 void Print_strata(std::size_t number, const LocalHypothesis& hypothesis, const LocalResult& result,
-                  const TestOptions& options) {
+                  const TestOptions& options, const TestSettings& settings) {
     Write_report("");
     Write_report(Distribution_line(static_cast<int>(number), hypothesis));
     Write_lines(
-        Tested_table_lines(hypothesis, result, Printed(options), Statistic_symbol(The_settings)));
+        Tested_table_lines(hypothesis, result, Printed(options), Statistic_symbol(settings)));
 }
 
-LocalResult Run_local_test(const ContingencyTable& table, std::size_t k,
-                           const TestOptions& options) {
-    const bool big = table.big();
-    const Hypothesis& h = The_hypotheses.list[k];
-    const LocalHypothesis hypothesis =
-        Form_xyz_table(table, h, options.PrintMarginals || options.FittedCounts);
-    TestSettings settings = The_settings;
-    if (big) settings.PartialTests = false;
-    const RunControl control = Progress_of(settings);
+void Report_local_test(const TestedList& list, std::size_t k, const LocalOutcome& one,
+                       const TestOptions& options) {
+    const TestSettings& settings = list.hypotheses.settings;
+    const bool big = list.table.big();
+    const bool two_way = one.hypothesis.Z.empty();
     const bool simulates = settings.ExactTests && settings.Nsim > 0;
-    if (simulates) control.begin();
-    DrawMemory memory;
-    const LocalResult result = EXANALYSE(hypothesis, settings, The_hypotheses.PartialTestsOff,
-                                         The_stream, memory, control.stop);
-    if (simulates) control.end();
-    Store(k, Row_of(result.test), result.has_gamma);
-    const bool two_way = hypothesis.Z.empty();
-    if (options.PrintTable) Print_strata(k + 1, hypothesis, result, options);
+    if (options.PrintTable) Print_strata(k + 1, one.hypothesis, one.result, options, settings);
     // The line under the box of a single table has said it all already.
     if (simulates || !two_way || !options.PrintTable) {
         if (!options.PrintTable) Write_report("");
-        Write_lines(single_exa_summary(Summary_row(table, k), settings));
+        Write_lines(single_exa_summary(list.Row(k), settings));
     }
-    if (big && The_settings.PartialTests && !two_way) Write_report("Partial test not ready (3)");
-    Write_lines(Partial_test_lines(result));
-    if (!two_way) Write_lines(Local_result_lines(hypothesis, result, settings));
-    Run_analyses(options, hypothesis, result, big);
-    return result;
+    if (big && settings.PartialTests && !two_way) Write_report("Partial test not ready (3)");
+    Write_lines(Partial_test_lines(one.result));
+    if (!two_way) Write_lines(Local_result_lines(one.hypothesis, one.result, settings));
+    if (one.outcome.reached == Reached::end) Run_analyses(options, one.hypothesis, one.result, big);
 }
 
-void Run_local_tests(const ContingencyTable& table, const TestOptions& options) {
-    if (table.big() && The_settings.PartialTests)
+void Run_local_tests(const TestedList& list, const TestOptions& options) {
+    HypothesisWorkspace& h = list.hypotheses;
+    if (list.table.big() && h.settings.PartialTests)
         ShowMessage("BT_exatest: Partial test not ready yet (2)");
-    if (The_settings.ExactTests) Set_seed(The_stream, The_settings.Seed);
-    const std::size_t count = The_hypotheses.list.size();
-    for (std::size_t k = 0; k < count; ++k) Run_local_test(table, k, options);
-    if (count > 1) {
+    const LocalWishes wishes{.with_margins = options.PrintMarginals || options.FittedCounts,
+                             .partial_off = h.PartialTestsOff};
+    for (std::size_t k = 0; k < h.list.size(); ++k) Store(h, k, {});
+    const std::vector<HypothesisOutcome> outcomes =
+        Test_locally(list.table, h.list, wishes, h.settings, The_stream, Progress_of(h.settings),
+                     [&](std::size_t k, const LocalOutcome& one) {
+                         Store(h, k, one.outcome);
+                         Report_local_test(list, k, one, options);
+                     });
+    if (h.list.size() > 1) {
         Write_report("");
-        Write_lines(exa_summary(Summary_rows(table), The_settings));
+        Write_lines(exa_summary(list.Rows(), h.settings));
     }
+    Write_lines(Stopped_lines(outcomes, list.Labels(), h.settings));
 }
 
 /// Beside the global tests only two analyses are offered; each wants the strata.
-void Run_global_analyses(const ContingencyTable& table, const TestOptions& options) {
+void Run_global_analyses(const TestedList& list, const TestOptions& options) {
     if (options.Homogeneity)
         Write_report("The analysis of homogeneity (D) belongs to local tests: LOCAL turns them on");
     if (!options.CollapseAnalysis && !options.PseudoGamma) return;
     TestOptions wanted;
     wanted.CollapseAnalysis = options.CollapseAnalysis;
     wanted.PseudoGamma = options.PseudoGamma;
-    TestSettings asymptotic = The_settings;
+    TestSettings asymptotic = list.hypotheses.settings;
     asymptotic.ExactTests = false;
-    for (const Hypothesis& h : The_hypotheses.list) {
-        const LocalHypothesis hypothesis = Form_xyz_table(table, h, false);
-        DrawMemory memory;
-        const LocalResult result = EXANALYSE(hypothesis, asymptotic, true, The_stream, memory);
-        Run_analyses(wanted, hypothesis, result, table.big());
+    RandomStream unused;
+    const std::vector<HypothesisOutcome> outcomes =
+        Test_locally(list.table, list.hypotheses.list, {.partial_off = true}, asymptotic, unused,
+                     Progress_of(asymptotic), [&](std::size_t, const LocalOutcome& one) {
+                         Run_analyses(wanted, one.hypothesis, one.result, list.table.big());
+                     });
+    Write_lines(Stopped_lines(outcomes, list.Labels(), asymptotic));
+}
+
+/// Runs the tests of a list by the letters, stores its rows and reports them.
+void Test_list(const TestedList& list, TestOptions options) {
+    const bool two_way = list.table.Nvar() == 2;
+    if (options.PowerSeries && !two_way) {
+        ShowMessage("Power series regression only possible for two-way tables");
+        ShowMessage("test equating only possible for two-way tables");
+        options.PowerSeries = false;
     }
+    if (two_way)
+        options.PrintTable = true;
+    else
+        options.LocalGammas = false;
+    if (!two_way && options.PrintTable) The_settings.LocalTests = true;
+    list.hypotheses.settings = The_settings;
+    list.hypotheses.tested = true;
+    if (The_settings.LocalTests || two_way)
+        Run_local_tests(list, options);
+    else if (Run_global_tests(list))
+        Run_global_analyses(list, options);
 }
 
 Outcome TEST() {
@@ -192,38 +215,6 @@ Outcome TEST() {
 
 // ---- CHOOSE
 
-/// The hypothesis of a row of the list over the variables of `table`, which are those of the row.
-Hypothesis In_table(char x, char y, const std::string& table_labels) {
-    const auto position = [&](char label) {
-        return static_cast<int>(table_labels.find(label)) + 1;
-    };
-    const int one = position(x), other = position(y);
-    std::vector<int> z;
-    for (int k = 1; k <= static_cast<int>(table_labels.size()); ++k)
-        if (k != one && k != other) z.push_back(k);
-    return Make_hypothesis(static_cast<int>(table_labels.size()), one, other, z);
-}
-
-/// The table of the variables of a row: of the current table, or of the project's variables.
-TableRequest Request_of(const Hypothesis& chosen, HypothesisScope scope) {
-    const bool of_table = scope == HypothesisScope::table;
-    const HypothesisVariables table = Variables_of_table(The_table.table);
-    TableRequest request;
-    int block = -1;
-    for (int v = 1; v <= MaxVariables; ++v) {
-        if (chosen.Role(v) != role::tested && chosen.Role(v) != role::conditioning) continue;
-        const std::size_t at = static_cast<std::size_t>(v);
-        const int its_block = of_table ? table.block[at] : The_project.variables[at].Levnr;
-        const int so_far = static_cast<int>(request.variables.size());
-        if (its_block > block && block >= 0) request.LevelEnd.push_back(so_far);
-        block = std::max(block, its_block);
-        request.variables.push_back(of_table ? The_table.table.variables[at - 1]
-                                             : Table_variable(The_project, v));
-    }
-    request.LevelEnd.push_back(static_cast<int>(request.variables.size()));
-    return request;
-}
-
 Outcome CHOOSE() {
     if (The_hypotheses.list.empty()) {
         ShowMessage("Hypotheses not ready.");
@@ -238,31 +229,30 @@ Outcome CHOOSE() {
         ShowMessage("You must choose one of the hypotheses.");
         return Outcome::refused;
     }
-    const HypothesisWorkspace before = The_hypotheses;
-    const Hypothesis chosen = before.list[static_cast<std::size_t>(number - 1)];
-    const TestedPair pair = Tested_pair(chosen);
-    const auto label = [&](int v) { return before.labels[static_cast<std::size_t>(v - 1)]; };
-    const TableRequest request = Request_of(chosen, before.scope);
+    const std::size_t k = static_cast<std::size_t>(number - 1);
+    const bool of_table = The_hypotheses.scope == HypothesisScope::table;
+    const OwnTable own = of_table ? Own_table(The_hypotheses.list[k], The_table.table)
+                                  : Own_table(The_hypotheses.list[k], The_project);
     const auto of_no_project = [](const TableVariable& v) { return v.number == 0; };
-    Clear_hypotheses();  // the table of the row takes the place of theirs without a word
-    if (std::any_of(request.variables.begin(), request.variables.end(), of_no_project) ||
-        !Tabulate_current_table(request)) {
-        ShowMessage("The table has not been created");
-        return Outcome::refused;
+    if (std::any_of(own.request.variables.begin(), own.request.variables.end(), of_no_project))
+        return Refuse(Failed{.messages = {"The table has not been created"}});
+    Result<Tabulation> made =
+        Tabulate(Cases_of_project(), own.request, [] { return Stop_asked(); });
+    if (!made) {
+        Refuse(made.failure());
+        return Refuse(Failed{.messages = {"The table has not been created"}});
     }
-    const std::string labels = The_table.table.labels();
-    Set_hypotheses({In_table(label(pair.X), label(pair.Y), labels)}, HypothesisScope::table,
-                   labels);
-    The_line.ParameterCount = 0;  // the number is no option letter
-    const Outcome outcome = Run_tests();
-    if (before.scope == HypothesisScope::graph) {  // the list does not rest on the table
-        const TestResult row = The_hypotheses.results[0];
-        const std::uint8_t kind = The_hypotheses.list[0].Kind;
-        The_hypotheses = before;
-        The_hypotheses.results[static_cast<std::size_t>(number - 1)] = row;
-        The_hypotheses.list[static_cast<std::size_t>(number - 1)].Kind = kind;
+    Set_current_table(std::move(made->table));  // a list over the former table is lost with it
+    HypothesisWorkspace one;
+    Fill_hypotheses(one, {own.row}, HypothesisScope::table, The_table.table.labels());
+    Test_list({The_table.table, one}, {});
+    if (of_table) {
+        The_hypotheses = std::move(one);
+    } else {  // a list of the graph does not rest on the table and keeps its rows
+        The_hypotheses.results[k] = one.results[0];
+        The_hypotheses.list[k].Kind = one.list[0].Kind;
     }
-    return outcome;
+    return Outcome::done;
 }
 
 constexpr const char* TestHelp =
@@ -304,7 +294,7 @@ constexpr const char* TestHelp =
     "G: HELP PGA tells more.\n"
     "\n"
     "A p of gamma beyond z = 4 is shown as 0.000. Ctrl-C ends the simulation under way with the\n"
-    "tables done; the rest of the list then has asymptotic p-values.\n"
+    "tables done; the rest of the list is not tested, and the report says so.\n"
     "\n"
     "Example: TAB SCAG, HYP S*, EXA 1000, TES\n"
     "\n"
@@ -326,13 +316,15 @@ constexpr const char* ChooseHelp =
 }  // namespace
 
 RunControl Progress_of(const TestSettings& settings) {
-    return {
-        [settings] { ShowProgress(0, settings.Nsim, 1, "Exact test", Monte_carlo_name(settings)); },
-        [] { return StepProgress(); }, [] { HideProgress(); }};
+    return {[settings](std::int64_t steps) {
+                const bool simulates = settings.ExactTests && settings.Nsim > 0;
+                ShowProgress(0, steps, 1, simulates ? "Exact test" : "Tests",
+                             simulates ? Monte_carlo_name(settings) : "");
+            },
+            [] { return StepProgress(); }, [] { HideProgress(); }, The_session.jobs};
 }
 
 Outcome Run_tests() {
-    const ContingencyTable& table = The_table.table;
     if (The_line.ParameterCount > 0 && (!The_table.table_ready || The_hypotheses.list.empty())) {
         ShowMessage(fmt::format("\"{}\" does not define a proper test: no table hypotheses",
                                 The_line.CommandLine));
@@ -346,25 +338,7 @@ Outcome Run_tests() {
         ShowMessage("No hypotheses");
         return Outcome::refused;
     }
-    TestOptions options = Test_parameters(The_line, false);
-    const bool two_way = table.Nvar() == 2;
-    if (options.PowerSeries && !two_way) {
-        ShowMessage("Power series regression only possible for two-way tables");
-        ShowMessage("test equating only possible for two-way tables");
-        options.PowerSeries = false;
-    }
-    if (two_way)
-        options.PrintTable = true;
-    else
-        options.LocalGammas = false;
-    if (!two_way && options.PrintTable) The_settings.LocalTests = true;
-    if (The_settings.LocalTests || two_way) {
-        Run_local_tests(table, options);
-    } else {
-        Run_global_tests(table);
-        Run_global_analyses(table, options);
-    }
-    The_hypotheses.tested = true;
+    Test_list({The_table.table, The_hypotheses}, Test_parameters(The_line, false));
     return Outcome::done;
 }
 

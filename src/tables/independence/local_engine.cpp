@@ -1,6 +1,7 @@
 #include "tables/independence/local_engine.h"
 
 #include <algorithm>
+#include <map>
 
 #include "tables/numbers/distributions.h"
 
@@ -48,18 +49,40 @@ CategoryResult Result_of_category(const StrataSums& sums, bool has_gamma) {
     return result;
 }
 
+/// Compares the likelihood ratio of random tables with the observed one. All tables of a run have
+/// the margins of the observed strata, so that of X by Y decides, and one that was met before is
+/// not fitted again.
+class TwoFactorComparison {
+  public:
+    explicit TwoFactorComparison(Extended observed) : observed_(observed) {}
+
+    bool At_least(std::span<const TwoWayTable> tables) {
+        std::vector<std::int32_t> xy(tables.front().cells.size());
+        for (const TwoWayTable& table : tables)
+            for (std::size_t c = 0; c < xy.size(); ++c) xy[c] += table.cells[c];
+        const auto known = known_.find(xy);
+        if (known != known_.end()) return known->second;
+        const bool at_least = Two_factor_lr_of_margins(tables, fit_xyz(tables)) >= observed_;
+        if (known_.size() < MostKnown) known_.emplace(std::move(xy), at_least);
+        return at_least;
+    }
+
+  private:
+    static constexpr std::size_t MostKnown = 10000;
+    Extended observed_;
+    std::map<std::vector<std::int32_t>, bool> known_;
+};
+
 void Simulate(LocalResult& result, const RealStrata& real, int group_count,
               const TestSettings& settings, RandomStream& stream, DrawMemory& memory,
               const StopCheck& stop) {
     const MonteCarloRule rule = Monte_carlo_rule(settings);
     const LocalTest observed = Observed_local_test(real.counts, real.expected, real.groups,
                                                    group_count, rule.statistic, result.has_gamma);
+    TwoFactorComparison comparison(result.partial ? result.partial->lr_of_margins : 0);
     PartialCheck partial;
     if (result.partial)
-        partial = [&](std::span<const TwoWayTable> tables) {
-            return Two_factor_lr(tables, real.expected, fit_xyz(tables).fitted) >=
-                   result.partial->lr;
-        };
+        partial = [&](std::span<const TwoWayTable> tables) { return comparison.At_least(tables); };
     const LocalCounts counts =
         Local_monte_carlo_test(real.expected, observed, rule, stream, memory, stop, partial);
     result.test.counts = counts.hypothesis;

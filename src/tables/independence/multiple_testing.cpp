@@ -3,7 +3,13 @@
 #include <algorithm>
 #include <cassert>
 
+#include "tables/independence/shown_p_values.h"
+
 namespace tarven {
+
+bool At_most_limit(double p, double limit) {
+    return static_cast<float>(p) <= static_cast<float>(limit);
+}
 
 void Benjamini_Hochberg(std::span<const double> p, double& level) {
     if (p.empty()) return;
@@ -14,7 +20,7 @@ void Benjamini_Hochberg(std::span<const double> p, double& level) {
     const double q = level, n = static_cast<double>(s.size());
     for (std::size_t k = s.size(); k >= 1; --k) {
         level = static_cast<double>(k) / n * q;
-        if (s[k - 1] <= level) return;
+        if (At_most_limit(s[k - 1], level)) return;
     }
 }
 
@@ -67,7 +73,7 @@ double Linkage(const PairwiseComparison& c, const std::vector<int>& a, const std
             return std::find(one.begin(), one.end(), g) != one.end();
         };
         if (!(in(a, pair.i) && in(b, pair.j)) && !(in(b, pair.i) && in(a, pair.j))) continue;
-        if (pair.p <= c.limit) return -1;
+        if (At_most_limit(pair.p, c.limit)) return -1;
         least = std::min(least, pair.p);
     }
     return least;
@@ -109,7 +115,7 @@ PairwiseComparison Compare_groups(int groups, std::span<const double> p, double 
     for (std::size_t k = 0; k < c.classes.size(); ++k)
         for (const int g : c.classes[k]) class_of[static_cast<std::size_t>(g)] = k;
     for (const ComparedPair& pair : c.pairs) {
-        if (pair.p <= c.limit)
+        if (At_most_limit(pair.p, c.limit))
             c.rejected.push_back(pair);
         else if (class_of[static_cast<std::size_t>(pair.i)] !=
                  class_of[static_cast<std::size_t>(pair.j)])

@@ -6,7 +6,6 @@
 
 #include "shell/settings.h"
 #include "tables/independence/hypotheses.h"
-#include "tables/independence/summary_report.h"
 
 namespace tarven {
 
@@ -22,6 +21,10 @@ void Benjamini_Hochberg(std::span<const double> p, double& level);
 /// The limit itself.
 double Benjamini_Hochberg_limit(std::span<const double> p, double q);
 
+/// Whether a p-value is at most the limit. Both are compared in the single precision of the rows,
+/// so that 50 of 1000 is at most 0.05; the procedure itself compares in the same way.
+bool At_most_limit(double p, double limit);
+
 /// n times p, at most 1.
 double Bonferroni(std::size_t n, double p);
 
@@ -31,14 +34,19 @@ struct CollectedPValues {
     int smallest_row = 0, largest_row = 0;  ///< rows (from 1) of the extremes; 0 without a p
 };
 
-/// Of each row with df > 0 the p of the statistic and, when its hypothesis has a gamma, that of
-/// gamma, one- or two-sided by the settings. Monte Carlo values where the settings want them and
-/// the row has them. A two-sided p is at most 1. `list` and `results` are parallel.
+/// `settings` are those of the run that made the results. Of each row with df > 0 the p of the
+/// statistic and, when its hypothesis has a gamma, that of gamma, one- or two-sided by the
+/// settings. Monte Carlo values where the settings want them and the row has them. A two-sided p is
+/// at most 1. `list` and `results` are parallel.
 CollectedPValues Collect_p_values(std::span<const Hypothesis> list,
                                   std::span<const TestResult> results,
                                   const TestSettings& settings);
 
-/// The limits at 0.05 and 0.01.
+/// Limits of the Benjamini-Hochberg procedure at the rates 0.05 and 0.01.
+struct RejectionLimits {
+    double fdr05 = 0;
+    double fdr01 = 0;
+};
 RejectionLimits Rejection_limits(std::span<const double> p);
 
 /// Two groups and the p-value of their comparison.
@@ -67,24 +75,5 @@ struct PairwiseComparison {
 /// classes. So no class holds a rejected pair, and accepted pairs that end in different classes are
 /// listed as rejected for the sake of coherence. Cost: groups^4.
 PairwiseComparison Compare_groups(int groups, std::span<const double> p, double q = 0.05);
-
-// ---- reports
-
-/// "Benjamini-Hochberg rejects all p-values less than ..." for a rate, or that all are accepted.
-std::string Plain_rejection_line(std::span<const double> p, double q);
-
-/// The limits at rates 0.05, 0.01 and 0.001 as a table.
-std::vector<std::string> Critical_level_lines(std::span<const double> p);
-
-/// What FDR prints.
-std::vector<std::string> False_discovery_lines(const CollectedPValues& collected,
-                                               const std::vector<std::string>& labels);
-
-/// `numbers` are what the groups are called; 1, 2, .. when empty.
-std::vector<std::string> Pairwise_comparison_lines(const PairwiseComparison& comparison,
-                                                   std::vector<int> numbers = {});
-
-/// The Bonferroni-adjusted p of the least significant of n hypotheses.
-std::string Bonferroni_line(std::size_t n, double p);
 
 }  // namespace tarven

@@ -2,10 +2,9 @@
 
 #include "shell/commands.h"
 #include "shell/report.h"
-#include "shell/settings.h"
 #include "tables/independence/hypotheses.h"
 #include "tables/independence/hypothesis_workspace.h"
-#include "tables/independence/multiple_testing.h"
+#include "tables/independence/multiple_testing_report.h"
 
 namespace tarven {
 
@@ -13,7 +12,7 @@ namespace {
 
 Outcome FDR() {
     const CollectedPValues collected =
-        Collect_p_values(The_hypotheses.list, The_hypotheses.results, The_settings);
+        Collect_p_values(The_hypotheses.list, The_hypotheses.results, The_hypotheses.settings);
     std::vector<std::string> labels;
     for (const Hypothesis& hypothesis : The_hypotheses.list)
         labels.push_back(Hypothesis_label(hypothesis, The_hypotheses.labels));

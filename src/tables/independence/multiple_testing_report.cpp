@@ -1,15 +1,16 @@
+#include "tables/independence/multiple_testing_report.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
 
 #include "shell/fields.h"
-#include "tables/independence/multiple_testing.h"
 
 namespace tarven {
 
 std::string Plain_rejection_line(std::span<const double> p, double q) {
     const double limit = Benjamini_Hochberg_limit(p, q);
-    if (std::any_of(p.begin(), p.end(), [&](double one) { return one <= limit; }))
+    if (std::any_of(p.begin(), p.end(), [&](double one) { return At_most_limit(one, limit); }))
         return fmt::format(
             "Benjamini-Hochberg rejects all p-values less than {} to control the FDR at {}",
             Field(limit, 8, 6), q);
@@ -27,9 +28,9 @@ std::vector<std::string> False_discovery_lines(const CollectedPValues& collected
                                                const std::vector<std::string>& labels) {
     const RejectionLimits limits = Rejection_limits(collected.p);
     std::vector<std::string> lines{
-        fmt::format("Benjamini-Hochberg adjustment of {} p-values", collected.p.size()),
-        " 5 %:" + Field(limits.fdr05, 8, 4), " 1 %:" + Field(limits.fdr01, 8, 4)};
+        fmt::format("Benjamini-Hochberg adjustment of {} p-values", collected.p.size())};
     if (collected.p.empty()) return lines;
+    Append_lines(lines, {" 5 %:" + Field(limits.fdr05, 8, 4), " 1 %:" + Field(limits.fdr01, 8, 4)});
     const auto label = [&](int row) { return labels.at(static_cast<std::size_t>(row - 1)); };
     const auto [least, most] = std::minmax_element(collected.p.begin(), collected.p.end());
     lines.push_back("Smallest p-value:" + Field(*least, 8, 4) + "  " +
@@ -65,7 +66,7 @@ void Matrix_lines(const PairwiseComparison& c, const std::vector<int>& numbers,
             else if (j > i)
                 line += Field(pair_of(i, j).p, 6, 3);
             else
-                line += pair_of(i, j).p <= c.limit ? "   ** " : "  .   ";
+                line += At_most_limit(pair_of(i, j).p, c.limit) ? "   ** " : "  .   ";
         }
         lines.push_back(line);
     }

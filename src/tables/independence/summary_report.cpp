@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "shell/fields.h"
+#include "tables/independence/shown_p_values.h"
 #include "tables/numbers/score_interval.h"
 
 namespace tarven {
@@ -23,7 +24,7 @@ std::string Symbol(const TestSettings& settings) {
 
 /// Statistic, df and its two p-values: 22 characters.
 std::string Statistic_columns(const TestResult& r, bool exact) {
-    return Field(r.Statistic, 6, 1) + Field(static_cast<std::int64_t>(r.Df), 4) +
+    return Apart(Field(r.Statistic, 6, 1)) + Apart(Field(static_cast<std::int64_t>(r.Df), 4)) +
            Field(r.PAsymp, 6, 3) + (exact ? Field(r.PExact, 6, 3) : Blanks(6));
 }
 
@@ -37,17 +38,17 @@ std::string Gamma_columns(const SummaryRow& row, const TestSettings& settings, i
 }
 
 std::string Count_columns(const SummaryRow& row) {
-    return Field(static_cast<std::int64_t>(row.result.Nsim), 5) + Field(row.cases, 6);
+    return Apart(Field(static_cast<std::int64_t>(row.result.Nsim), 5)) + Apart(Field(row.cases, 6));
 }
 
 /// 2 below the strong level, 1 up to the weak one, else 0. Levels are compared in the precision of
 /// the rows, so that 10 of 1000 is 0.01.
 enum class Levels : std::uint8_t { fixed, limits };
 int Strength(float p, Levels levels, const RejectionLimits& limits) {
-    const auto strong = static_cast<float>(limits.fdr01);
-    const auto weak = static_cast<float>(limits.fdr05);
-    if (levels == Levels::fixed ? p < strong : p <= strong) return 2;
-    return p <= weak ? 1 : 0;
+    const bool strong = levels == Levels::fixed ? p < static_cast<float>(limits.fdr01)
+                                                : At_most_limit(p, limits.fdr01);
+    if (strong) return 2;
+    return At_most_limit(p, limits.fdr05) ? 1 : 0;
 }
 
 constexpr RejectionLimits FixedLevels{0.05, 0.01};
@@ -86,15 +87,6 @@ bool Tested(const SummaryRow& row) {
 
 }  // namespace
 
-ShownGamma Shown_gamma(const TestResult& result, const TestSettings& settings) {
-    if (!settings.TwoSided) return {result.PGammaAsymp, result.PGammaExact};
-    return {std::min(1.0F, 2 * result.PGammaAsymp), result.PGammaExact2};
-}
-
-bool Shows_exact(const TestResult& result, const TestSettings& settings) {
-    return settings.ExactTests && result.Nsim > 0;
-}
-
 std::vector<std::string> exa_summary(const std::vector<SummaryRow>& rows,
                                      const TestSettings& settings) {
     std::vector<std::string> lines{
@@ -132,10 +124,11 @@ std::vector<std::string> exa_summary1(const std::vector<SummaryRow>& rows,
                         Gamma_columns(row, settings, 7, 7) + interval + Count_columns(row) +
                         Marks(row, settings, Levels::limits, limits));
     }
-    lines.push_back("Benjamini Hochberg rejects if p < " + Field(limits.fdr05, 6, 4) +
-                    " for FDR = 0.05");
-    lines.push_back("                          and p < " + Field(limits.fdr01, 6, 4) +
-                    " for FDR = 0.01");
+    if (std::any_of(rows.begin(), rows.end(), Tested))
+        Append_lines(
+            lines,
+            {"Benjamini Hochberg rejects if p < " + Field(limits.fdr05, 6, 4) + " for FDR = 0.05",
+             "                          and p < " + Field(limits.fdr01, 6, 4) + " for FDR = 0.01"});
     Append_lines(lines, Legend(settings, "   xx : FDR = 0.01    x : FDR = 0.05",
                                "++/-- : FDR = 0.01  +/- : FDR = 0.05"));
     return lines;
@@ -166,6 +159,57 @@ std::vector<std::string> single_exa_summary(const SummaryRow& row, const TestSet
     lines.push_back("Hypothesis         df asymp exact" + interval + " Gamma asymp exact" +
                     interval + " nsim     n");
     lines.push_back(brief_single_exa_summary(row, settings));
+    return lines;
+}
+
+std::vector<std::string> Remarks(const HypothesisOutcome& outcome, const std::string& label) {
+    if (outcome.reached == Reached::not_reached) return {};
+    if (outcome.too_many_slices) return {"XYZ1: Failure creating 3-way table - too many slices "};
+    std::vector<std::string> lines;
+    if (outcome.missing_slices)
+        lines.push_back("Warning - missing slices in XYZ-table of " + label);
+    if (!(outcome.row.Df > 0)) lines.push_back(label + "   No degrees of freedom");
+    return lines;
+}
+
+namespace {
+
+/// "4, 7-9": the numbers, from 1, of the hypotheses not reached.
+std::string Not_reached_numbers(std::span<const HypothesisOutcome> outcomes) {
+    std::string text;
+    const auto missing = [&](std::size_t k) {
+        return k < outcomes.size() && outcomes[k].reached == Reached::not_reached;
+    };
+    for (std::size_t k = 0; k < outcomes.size(); ++k) {
+        if (!missing(k)) continue;
+        const std::size_t first = k;
+        while (missing(k + 1)) ++k;
+        text += fmt::format("{}{}", text.empty() ? "" : ", ", first + 1);
+        if (k > first) text += fmt::format("-{}", k + 1);
+    }
+    return text;
+}
+
+}  // namespace
+
+std::vector<std::string> Stopped_lines(std::span<const HypothesisOutcome> outcomes,
+                                       std::span<const std::string> labels,
+                                       const TestSettings& settings) {
+    const auto count = [&](Reached reached) {
+        return std::count_if(outcomes.begin(), outcomes.end(),
+                             [&](const HypothesisOutcome& one) { return one.reached == reached; });
+    };
+    if (count(Reached::cut_short) + count(Reached::not_reached) == 0) return {};
+    std::vector<std::string> lines{
+        "", fmt::format("The tests were stopped: {} of {} hypotheses were tested to the end",
+                        count(Reached::end), outcomes.size())};
+    for (std::size_t k = 0; k < outcomes.size(); ++k)
+        if (outcomes[k].reached == Reached::cut_short)
+            lines.push_back(fmt::format("  {} rests on {} of {} random tables", labels[k],
+                                        static_cast<std::int64_t>(outcomes[k].row.Nsim),
+                                        settings.Nsim));
+    if (count(Reached::not_reached) > 0)
+        lines.push_back("  Not tested: hypotheses " + Not_reached_numbers(outcomes));
     return lines;
 }
 

@@ -1,12 +1,15 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "shell/settings.h"
 #include "tables/independence/hypotheses.h"
+#include "tables/independence/hypothesis_run.h"
 #include "tables/independence/local_engine.h"
+#include "tables/independence/multiple_testing.h"
 
 namespace tarven {
 
@@ -22,29 +25,12 @@ struct SummaryRow {
     std::int64_t cases = 0;
 };
 
-/// The p-values of gamma that a report shows, one- or two-sided. A two-sided asymptotic p is twice
-/// the one-sided, at most 1.
-struct ShownGamma {
-    float PAsymp = 1;
-    float PExact = 1;
-};
-ShownGamma Shown_gamma(const TestResult& result, const TestSettings& settings);
-
-/// Whether the Monte Carlo columns of the row are filled.
-bool Shows_exact(const TestResult& result, const TestSettings& settings);
-
 /// The summary of local tests: marks by fixed levels.
 std::vector<std::string> exa_summary(const std::vector<SummaryRow>& rows,
                                      const TestSettings& settings);
 
-/// Limits of the Benjamini-Hochberg procedure at the rates 0.05 and 0.01.
-struct RejectionLimits {
-    double fdr05 = 0;
-    double fdr01 = 0;
-};
-
 /// The summary of global tests: a 95 % interval for the Monte Carlo p of the statistic, and marks
-/// by the limits.
+/// by the limits. Without a p-value there are no limits to print.
 std::vector<std::string> exa_summary1(const std::vector<SummaryRow>& rows,
                                       const RejectionLimits& limits, const TestSettings& settings);
 
@@ -53,6 +39,16 @@ std::vector<std::string> single_exa_summary(const SummaryRow& row, const TestSet
 
 /// Its line alone.
 std::string brief_single_exa_summary(const SummaryRow& row, const TestSettings& settings);
+
+/// Remarks of the global engine on one hypothesis: missing slices, too many, no df. None on a
+/// hypothesis that was not reached.
+std::vector<std::string> Remarks(const HypothesisOutcome& outcome, const std::string& label);
+
+/// What a run that the user stopped has left out; empty for one that came to its end. `labels` are
+/// those of the hypotheses, parallel to the outcomes.
+std::vector<std::string> Stopped_lines(std::span<const HypothesisOutcome> outcomes,
+                                       std::span<const std::string> labels,
+                                       const TestSettings& settings);
 
 /// The test against two-factor association.
 std::vector<std::string> Partial_test_lines(const LocalResult& result);

@@ -84,7 +84,7 @@ Outcome KAPPA() {
         return Outcome::refused;
     }
     const auto tables =
-        Tables_of_pairs(Cases_of_project(), All_pairs(variables), [] { return StepProgress(); });
+        Tables_of_pairs(Cases_of_project(), All_pairs(variables), [] { return Stop_asked(); });
     if (!tables) return Refuse(tables.failure());
     Write_lines(Kappa_heading());
     auto table = tables->begin();
@@ -126,7 +126,7 @@ Outcome Write_gammas(const std::vector<int>& variables, bool odds_ratios, bool k
         return Outcome::refused;
     }
     const auto tables =
-        Tables_of_pairs(Cases_of_project(), All_pairs(ordered), [] { return StepProgress(); });
+        Tables_of_pairs(Cases_of_project(), All_pairs(ordered), [] { return Stop_asked(); });
     if (!tables) return Refuse(tables.failure());
     const GammaMatrix matrix = Gammas_of_pairs(labels, *tables);
     if (keep) Keep_gammas(matrix, ordered);

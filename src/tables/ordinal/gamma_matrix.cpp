@@ -1,5 +1,7 @@
 #include "tables/ordinal/gamma_matrix.h"
 
+#include <algorithm>
+
 #include "shell/fields.h"
 #include "tables/ordinal/mantel_haenszel.h"
 
@@ -32,13 +34,19 @@ std::vector<std::string> Gamma_matrix_lines(const GammaMatrix& matrix, bool odds
                 line += Right(".", Width);
             } else if (i < j) {
                 const double gamma = matrix.At(i, j).gamma;
-                line += Field(odds_ratios ? Generalized_odds_ratio(gamma) : gamma, Width, 2);
+                line += !odds_ratios ? Field(gamma, Width, 2)
+                        : gamma < 1  ? Apart(Field(Generalized_odds_ratio(gamma), Width, 2))
+                                     : Blanks(Width);
             } else {
                 line += Field(matrix.At(j, i).p, Width, 3);
             }
         }
         lines.push_back(line);
     }
+    const bool unbounded = std::any_of(matrix.gammas.begin(), matrix.gammas.end(),
+                                       [](const GammaRecord& one) { return one.gamma >= 1; });
+    if (odds_ratios && unbounded)
+        lines.push_back("Blank: no discordant pair of cases, so the odds ratio is unbounded");
     return lines;
 }
 

@@ -57,9 +57,9 @@ std::vector<std::string> Mantel_lines(const std::string& label, const MantelHaen
                           Field(estimate.se, 6, 3))
             : name + "    M-H       not defined";
     const std::string ln_odds = std::abs(gamma) < 1 ? Field(std::log(odds), 8, 3) : Blanks(8);
-    return {first,
-            fmt::format("{}    gamma     {}  {}   {} {}  {} {}", Blanks(17), Field(odds, 10, 3),
-                        Blanks(13), ln_odds, Blanks(6), Field(gamma, 8, 3), Field(gamma_se, 5, 3))};
+    return {first, fmt::format("{}    gamma     {}  {}   {} {}  {} {}", Blanks(17),
+                               gamma < 1 ? Field(odds, 10, 3) : Right("unbounded", 10), Blanks(13),
+                               ln_odds, Blanks(6), Field(gamma, 8, 3), Field(gamma_se, 5, 3))};
 }
 
 }  // namespace tarven

@@ -19,7 +19,7 @@ namespace {
 PseudoGammaAnalysis Pseudo_gamma_with_progress(const LocalHypothesis& hypothesis) {
     const RunControl control = Progress_of(The_settings);
     const bool simulates = The_settings.ExactTests && The_settings.Nsim > 0;
-    if (simulates) control.begin();
+    if (simulates) control.begin(The_settings.Nsim);
     PseudoGammaAnalysis analysis = Analyse_pseudo_gamma(hypothesis, The_settings, control.stop);
     if (simulates) control.end();
     return analysis;
@@ -80,7 +80,7 @@ Outcome PGAMMA() {
                                .Y = Table_variable(The_project, variables[1])};
     const VariablePair pair{variables[0], variables[1]};
     const auto tables =
-        Tables_of_pairs(Cases_of_project(), {&pair, 1}, [] { return StepProgress(); });
+        Tables_of_pairs(Cases_of_project(), {&pair, 1}, [] { return Stop_asked(); });
     if (!tables) return Refuse(tables.failure());
     hypothesis.slices.push_back({{}, tables->front()});
     const PseudoGammaAnalysis analysis = Pseudo_gamma_with_progress(hypothesis);

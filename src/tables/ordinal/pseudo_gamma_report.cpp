@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "shell/fields.h"
+#include "tables/independence/multiple_testing_report.h"
 #include "tables/independence/summary_report.h"
 #include "tables/ordinal/pseudo_gamma.h"
 

@@ -35,7 +35,7 @@ void Show_table_status() {
 
 bool Tabulate_current_table(const TableRequest& request) {
     Dispose_current_table();
-    Result<Tabulation> made = Tabulate(Cases_of_project(), request, [] { return StepProgress(); });
+    Result<Tabulation> made = Tabulate(Cases_of_project(), request, [] { return Stop_asked(); });
     if (!made) {
         for (const std::string& message : made.failure().messages) ShowMessage(message);
         ShowMessage("TABULATE failure");
