@@ -35,9 +35,9 @@ std::string Left(std::string_view text, int width) {
     return result.append(Blanks(width - static_cast<int>(text.size())));
 }
 
-std::string Apart(std::string field) {
-    if (!field.empty() && field.front() != ' ') field.insert(field.begin(), ' ');
-    return field;
+std::string Beside(std::string line, std::string_view field) {
+    if (!line.empty() && line.back() != ' ' && !field.empty() && field.front() != ' ') line += ' ';
+    return line.append(field);
 }
 
 std::string Blanks(int count) {

@@ -27,8 +27,9 @@ std::string Field(T value, int width) {
 std::string Right(std::string_view text, int width);
 std::string Left(std::string_view text, int width);
 
-/// A field that fills its whole width, with a blank before it that keeps it from its neighbour.
-std::string Apart(std::string field);
+/// Appends a field, with a blank between where neither side brings one: what outgrows its column
+/// stays apart from its neighbour.
+std::string Beside(std::string line, std::string_view field);
 
 /// `count` blanks; none when count is not positive.
 std::string Blanks(int count);

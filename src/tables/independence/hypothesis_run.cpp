@@ -32,6 +32,7 @@ class RunStop {
         if (!stopped_ && asked_ && asked_()) stopped_ = true;
         return stopped_;
     }
+    bool Was() const { return stopped_; }
     void End() { stopped_ = true; }
     StopCheck Check() {
         return asked_ ? StopCheck([this] { return Now(); }) : StopCheck{};
@@ -101,7 +102,8 @@ std::vector<HypothesisOutcome> Run_list(
         try {
             for (std::size_t k = next++; k < count; k = next++) {
                 if (stop.Now()) return;
-                outcomes[k] = Cut(test(k, own, memory, check), cut, settings);
+                const HypothesisOutcome outcome = test(k, own, memory, check);
+                outcomes[k] = Cut(outcome, cut, settings);
                 if (k + 1 == count) last = own;
             }
         } catch (...) {
@@ -111,8 +113,8 @@ std::vector<HypothesisOutcome> Run_list(
         }
     };
     if (control.begin) control.begin(Steps(count, settings));
-    const auto threads = std::clamp<std::size_t>(static_cast<std::size_t>(std::max(control.jobs, 1)),
-                                                 1, std::max<std::size_t>(count, 1));
+    const auto threads = std::clamp<std::size_t>(
+        static_cast<std::size_t>(std::max(control.jobs, 1)), 1, std::max<std::size_t>(count, 1));
     std::vector<std::thread> others;
     for (std::size_t t = 1; t < threads; ++t) others.emplace_back(work);
     work();
@@ -127,12 +129,12 @@ std::vector<HypothesisOutcome> Test_globally(const ContingencyTable& table,
                                              std::span<const Hypothesis> list,
                                              const TestSettings& settings, RandomStream& stream,
                                              const RunControl& control) {
-    return Run_list(list.size(), settings, stream, control,
-                    [&](std::size_t k, RandomStream& own, DrawMemory& memory,
-                        const StopCheck& stop) {
-                        if (settings.ExactTests) Set_seed(own, settings.Seed);
-                        return Test_globally(table, list[k], settings, own, memory, stop);
-                    });
+    return Run_list(
+        list.size(), settings, stream, control,
+        [&](std::size_t k, RandomStream& own, DrawMemory& memory, const StopCheck& stop) {
+            if (settings.ExactTests) Set_seed(own, settings.Seed);
+            return Test_globally(table, list[k], settings, own, memory, stop);
+        });
 }
 
 LocalHypothesis Form_xyz_table(const ContingencyTable& table, const Hypothesis& hypothesis,
@@ -164,13 +166,13 @@ std::vector<HypothesisOutcome> Test_locally(
     for (std::size_t k = 0; k < list.size() && !stop.Now(); ++k) {
         LocalOutcome one{.hypothesis = Form_xyz_table(table, list[k], wishes.with_margins)};
         if (control.begin) control.begin(Steps(1, settings));
-        one.result = EXANALYSE(one.hypothesis, settings, wishes.partial_off, stream, memory,
-                               stop.Check());
+        one.result =
+            EXANALYSE(one.hypothesis, settings, wishes.partial_off, stream, memory, stop.Check());
         if (control.end) control.end();
         one.outcome.row = Row_of(one.result.test);
         one.outcome.has_gamma = one.result.has_gamma;
         one.outcome.cases = table.NTOTAL;
-        one.outcome = Cut(one.outcome, stop.Now(), settings);
+        one.outcome = Cut(one.outcome, stop.Was(), settings);
         rows[k] = one.outcome;
         if (each) each(k, one);
     }

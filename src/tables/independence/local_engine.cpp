@@ -27,13 +27,6 @@ std::vector<int> Groups_of(const LocalHypothesis& hypothesis, const LocalSlice& 
     return groups;
 }
 
-void Count_stratum(SixWayCount& count, const GammaRecord& gamma) {
-    if (gamma.gamma == 0) return;
-    const double p = 2 * gamma.p;
-    const int column = p > 0.05 ? 0 : p > 0.01 ? 1 : 2;
-    ++(gamma.gamma < 0 ? count.negative : count.positive)[column];
-}
-
 CategoryResult Result_of_category(const StrataSums& sums, bool has_gamma) {
     const HypothesisTest test = Asymptotic_test(sums, has_gamma);
     CategoryResult result;
@@ -93,6 +86,13 @@ void Simulate(LocalResult& result, const RealStrata& real, int group_count,
 }
 
 }  // namespace
+
+void Count_stratum(SixWayCount& count, const GammaRecord& gamma) {
+    if (gamma.gamma == 0) return;
+    const double p = 2 * gamma.p;
+    const int column = p > 0.05 ? 0 : p > 0.01 ? 1 : 2;
+    ++(gamma.gamma < 0 ? count.negative : count.positive)[column];
+}
 
 bool Is_margin(const LocalHypothesis& hypothesis, const LocalSlice& slice) {
     for (std::size_t k = 0; k < slice.category.size(); ++k)

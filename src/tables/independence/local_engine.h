@@ -62,6 +62,9 @@ struct SixWayCount {
     int positive[3] = {};
 };
 
+/// Counts one stratum with a gamma.
+void Count_stratum(SixWayCount& count, const GammaRecord& gamma);
+
 struct LocalResult {
     bool has_gamma = false;
     HypothesisTest test;

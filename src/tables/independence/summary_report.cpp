@@ -22,10 +22,12 @@ std::string Symbol(const TestSettings& settings) {
     return Statistic_symbol(settings);
 }
 
-/// Statistic, df and its two p-values: 22 characters.
-std::string Statistic_columns(const TestResult& r, bool exact) {
-    return Apart(Field(r.Statistic, 6, 1)) + Apart(Field(static_cast<std::int64_t>(r.Df), 4)) +
-           Field(r.PAsymp, 6, 3) + (exact ? Field(r.PExact, 6, 3) : Blanks(6));
+/// Label, statistic, df and its two p-values: 33 characters.
+std::string Statistic_columns(const SummaryRow& row, bool exact) {
+    const TestResult& r = row.result;
+    std::string line = Beside(Left(row.label, LabelWidth), Field(r.Statistic, 6, 1));
+    line = Beside(line, Field(static_cast<std::int64_t>(r.Df), 4));
+    return line + Field(r.PAsymp, 6, 3) + (exact ? Field(r.PExact, 6, 3) : Blanks(6));
 }
 
 /// Gamma and its p-values in fields of these widths.
@@ -37,8 +39,10 @@ std::string Gamma_columns(const SummaryRow& row, const TestSettings& settings, i
            (Shows_exact(row.result, settings) ? Field(p.PExact, 6, 3) : Blanks(6));
 }
 
-std::string Count_columns(const SummaryRow& row) {
-    return Apart(Field(static_cast<std::int64_t>(row.result.Nsim), 5)) + Apart(Field(row.cases, 6));
+/// The line with the replicates and the cases behind it.
+std::string With_counts(const std::string& line, const SummaryRow& row) {
+    return Beside(Beside(line, Field(static_cast<std::int64_t>(row.result.Nsim), 5)),
+                  Field(row.cases, 6));
 }
 
 /// 2 below the strong level, 1 up to the weak one, else 0. Levels are compared in the precision of
@@ -93,12 +97,12 @@ std::vector<std::string> exa_summary(const std::vector<SummaryRow>& rows,
         Blanks(25) + "p-values" + Blanks(3) + Sided(settings),
         "Hypothesis         df asymp exact Gamma asymp exact nsim     n"};
     for (const SummaryRow& row : rows)
-        lines.push_back(!Tested(row)
-                            ? Untested_line(row)
-                            : Left(row.label, LabelWidth) +
-                                  Statistic_columns(row.result, Shows_exact(row.result, settings)) +
-                                  Gamma_columns(row, settings, 6, 6) + Count_columns(row) +
-                                  Marks(row, settings, Levels::fixed, FixedLevels));
+        lines.push_back(
+            !Tested(row) ? Untested_line(row)
+                         : With_counts(Statistic_columns(row, Shows_exact(row.result, settings)) +
+                                           Gamma_columns(row, settings, 6, 6),
+                                       row) +
+                               Marks(row, settings, Levels::fixed, FixedLevels));
     Append_lines(lines, Legend(settings, "   xx : p < 0.01    x : 0.01 <= P <= 0.05",
                                "++/-- : p < 0.01  +/- : 0.01 <= p <= 0.05"));
     return lines;
@@ -120,8 +124,9 @@ std::vector<std::string> exa_summary1(const std::vector<SummaryRow>& rows,
             const Interval i = Score_interval(row.result.PExact, row.result.Nsim, Z95);
             interval = " [" + Field(i.lower, 5, 3) + " - " + Field(i.upper, 5, 3) + "]";
         }
-        lines.push_back(Left(row.label, LabelWidth) + Statistic_columns(row.result, exact) +
-                        Gamma_columns(row, settings, 7, 7) + interval + Count_columns(row) +
+        lines.push_back(With_counts(Statistic_columns(row, exact) +
+                                        Gamma_columns(row, settings, 7, 7) + interval,
+                                    row) +
                         Marks(row, settings, Levels::limits, limits));
     }
     if (std::any_of(rows.begin(), rows.end(), Tested))
@@ -138,13 +143,13 @@ std::string brief_single_exa_summary(const SummaryRow& row, const TestSettings& 
     if (!Tested(row)) return Untested_line(row);
     const bool exact = Shows_exact(row.result, settings);
     const TestResult& r = row.result;
-    std::string line = Left(row.label, LabelWidth) + Statistic_columns(r, exact);
+    std::string line = Statistic_columns(row, exact);
     if (exact) line += Interval_columns(r.PExact, r.Nsim);
     line += Gamma_columns(row, settings, 6, 6);
     if (exact)
         line +=
             row.has_gamma ? Interval_columns(Shown_gamma(r, settings).PExact, r.Nsim) : Blanks(14);
-    return line + Count_columns(row) + Marks(row, settings, Levels::fixed, FixedLevels);
+    return With_counts(line, row) + Marks(row, settings, Levels::fixed, FixedLevels);
 }
 
 std::vector<std::string> single_exa_summary(const SummaryRow& row, const TestSettings& settings) {
@@ -238,7 +243,7 @@ std::string Category_line(int number, const TableVariable& variable, const Categ
     const std::string name =
         index < variable.categories.size() ? variable.categories[index] : std::string{};
     const bool exact = settings.ExactTests && r.counts.n > 0;
-    std::string line = Field(number, 2) + ":" + Left(name, 8) + Field(r.Statistic, 7, 2) +
+    std::string line = Beside(Field(number, 2) + ":" + Left(name, 8), Field(r.Statistic, 7, 2)) +
                        Field(static_cast<std::int64_t>(r.Df), 5) + Field(r.PAsymp, 7, 4) +
                        (exact ? Field(r.counts.PExact(), 7, 4) : Blanks(7));
     if (has_gamma) {

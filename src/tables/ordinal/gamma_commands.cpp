@@ -120,14 +120,19 @@ Outcome Write_gammas(const std::vector<int>& variables, bool odds_ratios, bool k
         (has_order ? labels : nominal) += variable.label;
         if (has_order) ordered.push_back(v);
     }
-    if (!nominal.empty()) Write_report("Nominal variables have no gamma coefficients: " + nominal);
+    const auto name_nominal = [&] {
+        if (!nominal.empty())
+            Write_report("Nominal variables have no gamma coefficients: " + nominal);
+    };
     if (ordered.size() < 2) {
+        name_nominal();
         ShowMessage("Select variables: Not enough variables");
         return Outcome::refused;
     }
     const auto tables =
         Tables_of_pairs(Cases_of_project(), All_pairs(ordered), [] { return Stop_asked(); });
     if (!tables) return Refuse(tables.failure());
+    name_nominal();
     const GammaMatrix matrix = Gammas_of_pairs(labels, *tables);
     if (keep) Keep_gammas(matrix, ordered);
     Write_lines(Gamma_matrix_lines(matrix, odds_ratios));

@@ -30,8 +30,8 @@ std::string Level_label(const LocalHypothesis& hypothesis, const ConditioningSet
 std::string Estimate_line(const WeightedGroup& group, bool has_estimate) {
     std::string line = Field(group.value, 7, 3);
     if (!group.available) return Left(line + "   standard error is not available", 42);
-    line += Field(group.variance, 9, 5) + Field(std::sqrt(group.variance), 9, 4) +
-            Field(group.weight, 7, 1);
+    line += Field(group.variance, 9, 5) + Field(std::sqrt(group.variance), 9, 4);
+    line = Beside(line, Field(group.weight, 7, 1));
     return line + (has_estimate ? Field(group.residual, 10, 2) : Blanks(10));
 }
 

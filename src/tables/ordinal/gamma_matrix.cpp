@@ -34,9 +34,11 @@ std::vector<std::string> Gamma_matrix_lines(const GammaMatrix& matrix, bool odds
                 line += Right(".", Width);
             } else if (i < j) {
                 const double gamma = matrix.At(i, j).gamma;
-                line += !odds_ratios ? Field(gamma, Width, 2)
-                        : gamma < 1  ? Apart(Field(Generalized_odds_ratio(gamma), Width, 2))
-                                     : Blanks(Width);
+                const std::string value = !odds_ratios ? Field(gamma, Width, 2)
+                                          : gamma < 1
+                                              ? Field(Generalized_odds_ratio(gamma), Width, 2)
+                                              : Blanks(Width);
+                line = Beside(line, value);
             } else {
                 line += Field(matrix.At(j, i).p, Width, 3);
             }

@@ -22,9 +22,10 @@ constexpr int TableLabelWidth = 24;  ///< before the heads of the list of tables
 /// Wide counts take room from the blanks before gamma, so the columns stay in line.
 std::string Table_line(const LocalTable& t) {
     std::string line = Left(fmt::format("rows {}-{} cols {}-{}", t.i, t.k, t.j, t.l), 18);
-    line += Field(t.C, TableLabelWidth + 7 - 18) + Field(t.D, 7);
-    line += Coefficient(t.defined, t.gamma, TableLabelWidth + 26 - static_cast<int>(line.size())) +
-            Coefficient(t.defined, t.cpr, 7) + Coefficient(t.defined, t.p, 7);
+    line = Beside(Beside(line, Field(t.C, TableLabelWidth + 7 - 18)), Field(t.D, 7));
+    const int gamma_width = TableLabelWidth + 26 - static_cast<int>(line.size());
+    line = Beside(line, Coefficient(t.defined, t.gamma, gamma_width));
+    line += Coefficient(t.defined, t.cpr, 7) + Coefficient(t.defined, t.p, 7);
     return t.adjacent() ? line + "  Adjacent" : line;
 }
 
@@ -32,8 +33,9 @@ std::vector<std::string> Parallel_lines(const std::vector<LocalAnalysis::Paralle
     std::vector<std::string> lines;
     for (const LocalAnalysis::Parallel& pair : pairs) {
         const LocalSummary& s = pair.summary;
-        lines.push_back(Left(fmt::format("{}-{}", pair.first, pair.second), 6) + Field(s.C, 11) +
-                        Field(s.D, 12) + Coefficient(s.defined, s.gamma, 6) +
+        const std::string counts = Left(fmt::format("{}-{}", pair.first, pair.second), 6) +
+                                   Field(s.C, 11) + Field(s.D, 12);
+        lines.push_back(Beside(counts, Coefficient(s.defined, s.gamma, 6)) +
                         Coefficient(s.defined, s.cpr, 7));
     }
     return lines;

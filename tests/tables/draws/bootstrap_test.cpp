@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "project/data.h"
+#include "shell/settings.h"
+#include "support/session.h"
+
 namespace tarven {
 namespace {
 
@@ -39,6 +43,26 @@ TEST(Bootstrap, RepeatsFromTheSameSeedAndGoesOnFromTheLastDraw) {
     EXPECT_EQ(first, Bootstrap_sample(store, 20, other));
     EXPECT_NE(first, Bootstrap_sample(store, 20, one));
     EXPECT_EQ(Bootstrap_sample(Store({0, 0, 0, 0}), 20, one).Ncells(), 0);
+}
+
+/// The commands QV7 to QV9.
+class BootstrapCommands : public SessionTest {};
+
+TEST_F(BootstrapCommands, ATestBetweenTwoSamplesDoesNotRepeatTheFirst) {
+    Copy_example("titanic");
+    Run({"OPE titanic"});
+    const CellStore original = The_data.TABdata;
+    ASSERT_GT(original.Ncells(), 0);
+    RandomStream stream;
+    Set_seed(stream, The_settings.Seed);
+    const CellStore first = Bootstrap_sample(original, 100, stream);
+    const CellStore second = Bootstrap_sample(original, 100, stream);
+    Run({"QV7 100", "QV8"});
+    EXPECT_EQ(The_data.TABdata, first);
+    Run({"TAB SCG", "HYP SC", "EXA 50", "TES", "QV8"});
+    EXPECT_EQ(The_data.TABdata, second);
+    Run({"QV9"});
+    EXPECT_EQ(The_data.TABdata, original);
 }
 
 }  // namespace

@@ -220,5 +220,77 @@ TEST(TwoFactorTest, EmptyMarginsStayEmpty) {
     EXPECT_EQ(Two_factor_test(slices, e).df, 1);
 }
 
+std::vector<TwoWayTable> Random_slices(std::mt19937& random, int R, int C, int slices) {
+    std::vector<TwoWayTable> tables;
+    for (int s = 0; s < slices; ++s) {
+        TwoWayTable t(R, C);
+        for (int i = 1; i <= R; ++i)
+            for (int j = 1; j <= C; ++j) t(i, j) = static_cast<int>(random() % 12);
+        Fill_margins(t);
+        tables.push_back(t);
+    }
+    return tables;
+}
+
+TEST(FitXyz, StopsAtTheFirstIterationWithinTheCriterion) {
+    std::mt19937 random(4);
+    for (int k = 0; k < 20; ++k) {
+        const std::vector<TwoWayTable> slices = Random_slices(random, 3, 4, 3);
+        const XyzFit fit = fit_xyz(slices);
+        if (!fit.converged || fit.iterations < 2) continue;
+        EXPECT_LE(fit.delta, 0.001);
+        EXPECT_GT(fit_xyz(slices, 0.001, fit.iterations - 1).delta, 0.001);
+        EXPECT_FALSE(fit_xyz(slices, 0.001, fit.iterations - 1).converged);
+        EXPECT_EQ(fit_xyz(slices, fit.delta).iterations, fit.iterations) << "at most the criterion";
+    }
+}
+
+// Random tables are compared with the observed one by >=, and ties count: tables with equal
+// two-way margins have one likelihood ratio, which the sum over the cells gives up to the error of
+// the fit.
+TEST(FitXyz, EqualMarginsHaveEqualLikelihoodRatios) {
+    std::mt19937 random(5);
+    int compared = 0;
+    for (int k = 0; k < 60; ++k) {
+        std::vector<TwoWayTable> slices = Random_slices(random, 2 + k % 2, 3, 2 + k % 3);
+        const auto expected = [&] {
+            std::vector<ExpectedTable> tables;
+            for (const TwoWayTable& t : slices) tables.push_back(Expected_under_independence(t));
+            return tables;
+        };
+        const XyzFit fit = fit_xyz(slices, 1e-10, 10000);
+        const Extended lr = Two_factor_lr_of_margins(slices, fit);
+        EXPECT_NEAR(static_cast<double>(lr),
+                    static_cast<double>(Two_factor_lr(slices, expected(), fit.fitted)), 1e-6);
+        // Plus and minus one at the corners of a cube keeps every two-way margin.
+        for (int sign : {1, -1}) {
+            std::vector<TwoWayTable> moved = slices;
+            bool possible = true;
+            for (int s : {0, 1})
+                for (int i : {1, 2})
+                    for (int j : {1, 2}) {
+                        std::int32_t& cell = moved[static_cast<std::size_t>(s)](i, j);
+                        cell += (s + i + j) % 2 == 0 ? sign : -sign;
+                        possible = possible && cell >= 0;
+                    }
+            if (!possible) continue;
+            ++compared;
+            EXPECT_EQ(Two_factor_lr_of_margins(moved, fit_xyz(moved)),
+                      Two_factor_lr_of_margins(slices, fit_xyz(slices)));
+        }
+    }
+    EXPECT_GT(compared, 30);
+}
+
+TEST(SixWayCount, TheLevelsBelongToTheColumnOnTheirRight) {
+    SixWayCount count;
+    for (const double p : {0.0251, 0.025, 0.00501, 0.005, 0.001})
+        Count_stratum(count, {.gamma = 0.5, .p = p});
+    Count_stratum(count, {.gamma = -0.5, .p = 0.005});
+    Count_stratum(count, {.gamma = 0, .p = 0.001});
+    EXPECT_EQ(std::vector<int>(count.positive, count.positive + 3), (std::vector<int>{1, 2, 2}));
+    EXPECT_EQ(std::vector<int>(count.negative, count.negative + 3), (std::vector<int>{0, 0, 1}));
+}
+
 }  // namespace
 }  // namespace tarven

@@ -92,21 +92,5 @@ TEST(Hypotheses, GiveARoleToEachNumber) {
     EXPECT_FALSE(Tested_pair(Hypothesis{}).proper());
 }
 
-TEST(Hypotheses, AreLostWithTheTableTheySpeakOf) {
-    Register_hypotheses_lifecycle();
-    const std::vector<Hypothesis> two{Make_hypothesis(3, 1, 2, {}), Make_hypothesis(3, 1, 3, {})};
-    Set_hypotheses(two, HypothesisScope::table, "ABC");
-    EXPECT_EQ(The_hypotheses.results.size(), 2U);
-    Run_moment(Moment::table_replaced);
-    EXPECT_FALSE(The_hypotheses.hypotheses_ready);
-    EXPECT_TRUE(The_hypotheses.results.empty());
-
-    Set_hypotheses(two, HypothesisScope::graph, "ABC");
-    Run_moment(Moment::table_replaced);
-    EXPECT_TRUE(The_hypotheses.hypotheses_ready);
-    Run_moment(Moment::variables_changed);
-    EXPECT_FALSE(The_hypotheses.hypotheses_ready);
-}
-
 }  // namespace
 }  // namespace tarven

@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
+#include <new>
 
 #include "support/block_of_cases.h"
+#include "tables/independence/summary_report.h"
 
 namespace tarven {
 namespace {
@@ -27,7 +30,7 @@ TwoWayTable Counted(const BlockOfCases& block, const Hypothesis& h, std::span<co
     return counts;
 }
 
-TEST(TestRun, SlicesHoldTheCasesOfTheirCategories) {
+TEST(HypothesisRun, SlicesHoldTheCasesOfTheirCategories) {
     const BlockOfCases block = Random_block({2, 4, 3, 2, 3}, 120, 5);
     const ContingencyTable table = block.table();
     for (const Hypothesis& h : All_hypotheses(5)) {
@@ -48,13 +51,13 @@ TEST(TestRun, SlicesHoldTheCasesOfTheirCategories) {
     }
 }
 
-TEST(TestRun, TheSilentLoopEqualsTheLoopOverStoredSlices) {
+TEST(HypothesisRun, TheSilentLoopEqualsTheLoopOverStoredSlices) {
     const BlockOfCases block = Random_block({2, 4, 3, 2, 3}, 150, 6);
     const ContingencyTable table = block.table();
     for (const Hypothesis& h : All_hypotheses(5)) {
         DrawMemory memory;
         RandomStream stream;
-        const GlobalOutcome silent = Test_globally(table, h, {}, stream, memory);
+        const HypothesisOutcome silent = Test_globally(table, h, {}, stream, memory);
         const LocalHypothesis local = Form_xyz_table(table, h, false);
         StrataSums sums;
         bool missing = false;
@@ -67,7 +70,7 @@ TEST(TestRun, TheSilentLoopEqualsTheLoopOverStoredSlices) {
     }
 }
 
-TEST(TestRun, AHypothesisKeepsItsPInEveryOrderOfTheList) {
+TEST(HypothesisRun, AHypothesisKeepsItsPInEveryOrderOfTheList) {
     const BlockOfCases block = Random_block({2, 3, 2, 3}, 200, 7);
     const ContingencyTable table = block.table();
     std::vector<Hypothesis> list = All_hypotheses(4);
@@ -75,9 +78,9 @@ TEST(TestRun, AHypothesisKeepsItsPInEveryOrderOfTheList) {
     settings.ExactTests = true;
     settings.Nsim = 100;
     RandomStream stream;
-    const std::vector<GlobalOutcome> forward = Test_globally(table, list, settings, stream);
+    const std::vector<HypothesisOutcome> forward = Test_globally(table, list, settings, stream);
     std::reverse(list.begin(), list.end());
-    const std::vector<GlobalOutcome> backward = Test_globally(table, list, settings, stream);
+    const std::vector<HypothesisOutcome> backward = Test_globally(table, list, settings, stream);
     std::int64_t tested = 0;
     for (std::size_t k = 0; k < list.size(); ++k) {
         EXPECT_EQ(forward[k].row, backward[list.size() - 1 - k].row);
@@ -86,33 +89,94 @@ TEST(TestRun, AHypothesisKeepsItsPInEveryOrderOfTheList) {
     EXPECT_GT(tested, 10);
 }
 
-TEST(TestRun, AStopKeepsTheReplicatesDoneAndFinishesAsymptotically) {
-    const BlockOfCases block = Random_block({2, 3, 2}, 200, 8);
+TEST(HypothesisRun, ThreadsDecideNoDigit) {
+    const BlockOfCases block = Random_block({2, 3, 2, 3}, 200, 7);
+    const ContingencyTable table = block.table();
+    const std::vector<Hypothesis> list = All_hypotheses(4);
     TestSettings settings;
     settings.ExactTests = true;
-    settings.Nsim = 2147483647;
-    RandomStream stream;
-    int asked = 0;
-    RunControl control;
-    control.stop = [&] { return ++asked == 30; };
-    const std::vector<GlobalOutcome> outcomes =
-        Test_globally(block.table(), All_hypotheses(3), settings, stream, control);
-    EXPECT_EQ(outcomes[0].row.Nsim, 30);
-    for (std::size_t k = 1; k < outcomes.size(); ++k) {
-        EXPECT_EQ(outcomes[k].row.Nsim, 0);
-        EXPECT_LT(outcomes[k].row.PAsymp, 1);
+    settings.Nsim = 100;
+    RandomStream alone;
+    const std::vector<HypothesisOutcome> one = Test_globally(table, list, settings, alone);
+    for (const int jobs : {2, 3, 50}) {
+        RandomStream stream;
+        const std::vector<HypothesisOutcome> many =
+            Test_globally(table, list, settings, stream, {.jobs = jobs});
+        EXPECT_EQ(stream, alone) << "what is drawn next";
+        for (std::size_t k = 0; k < list.size(); ++k) EXPECT_EQ(many[k].row, one[k].row);
     }
 }
 
-TEST(TestRun, RemarksTellWhatIsMissing) {
-    GlobalOutcome outcome;
-    outcome.row = Untested_result();
+TEST(HypothesisRun, AStopEndsTheWholeListAndTheReportSaysWhatIsMissing) {
+    const BlockOfCases block = Random_block({2, 3, 2}, 200, 8);
+    const std::vector<Hypothesis> list = All_hypotheses(3);
+    std::vector<std::string> labels;
+    for (const Hypothesis& h : list) labels.push_back(Hypothesis_label(h, "ABC"));
+    TestSettings settings;
+    settings.ExactTests = true;
+    settings.Nsim = 100;
+    struct Run {
+        std::string name;
+        std::function<std::vector<HypothesisOutcome>(const RunControl&)> test;
+    };
+    RandomStream stream;
+    const Run runs[] = {{"global",
+                         [&](const RunControl& control) {
+                             return Test_globally(block.table(), list, settings, stream, control);
+                         }},
+                        {"local", [&](const RunControl& control) {
+                             return Test_locally(block.table(), list, {}, settings, stream,
+                                                 control);
+                         }}};
+    for (const Run& run : runs) {
+        int asked = 0;
+        // One question before each hypothesis and one after each replicate.
+        const std::vector<HypothesisOutcome> outcomes =
+            run.test({.stop = [&] { return ++asked == 2 * 101 + 31; }});
+        ASSERT_EQ(outcomes.size(), 6U);
+        EXPECT_EQ(outcomes[1].reached, Reached::end);
+        EXPECT_EQ(outcomes[2].reached, Reached::cut_short);
+        EXPECT_EQ(outcomes[2].row.Nsim, 30) << run.name;
+        EXPECT_EQ(outcomes[3].reached, Reached::not_reached);
+        EXPECT_EQ(outcomes[3].row, Untested_result());
+        EXPECT_EQ(Stopped_lines(outcomes, labels, settings),
+                  (std::vector<std::string>{
+                      "", "The tests were stopped: 2 of 6 hypotheses were tested to the end",
+                      "  A&C rests on 30 of 100 random tables", "  Not tested: hypotheses 4-6"}))
+            << run.name;
+    }
+    // Asymptotic lists are asked before each hypothesis, whatever the number of threads.
+    for (const int jobs : {1, 2}) {
+        std::atomic<int> asked = 0;
+        const std::vector<HypothesisOutcome> outcomes = Test_globally(
+            block.table(), list, {}, stream, {.stop = [&] { return ++asked == 3; }, .jobs = jobs});
+        EXPECT_EQ(std::count_if(outcomes.begin(), outcomes.end(),
+                                [](const auto& one) { return one.reached == Reached::end; }),
+                  2);
+    }
+    EXPECT_TRUE(Stopped_lines(Test_globally(block.table(), list, {}, stream), labels, {}).empty());
+}
+
+TEST(HypothesisRun, AFailureOfAThreadReachesTheCaller) {
+    RandomStream stream;
+    const auto fails = [](std::size_t k, RandomStream&, DrawMemory&,
+                          const StopCheck&) -> HypothesisOutcome {
+        if (k == 3) throw std::bad_alloc();
+        return {};
+    };
+    EXPECT_THROW(Run_list(20, {}, stream, {.jobs = 3}, fails), std::bad_alloc);
+}
+
+TEST(HypothesisRun, RemarksTellWhatIsMissing) {
+    HypothesisOutcome outcome;
     outcome.missing_slices = true;
     EXPECT_EQ(Remarks(outcome, "A&B"),
-              (std::vector<std::string>{"Warning - missing slices in XYZ-table",
+              (std::vector<std::string>{"Warning - missing slices in XYZ-table of A&B",
                                         "A&B   No degrees of freedom"}));
     outcome.too_many_slices = true;
     EXPECT_EQ(Remarks(outcome, "A&B")[0], "XYZ1: Failure creating 3-way table - too many slices ");
+    outcome.reached = Reached::not_reached;
+    EXPECT_TRUE(Remarks(outcome, "A&B").empty());
 }
 
 }  // namespace

@@ -2,10 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include "project/data.h"
+#include "project/project.h"
+#include "shell/lifecycle.h"
+#include "shell/settings.h"
 #include "shell/user.h"
 #include "support/block_of_cases.h"
 #include "support/session.h"
 #include "tables/independence/hypothesis_workspace.h"
+#include "tables/independence/own_table.h"
 #include "tables/table/contingency_table.h"
 #include "tables/table/table_workspace.h"
 
@@ -13,7 +18,7 @@ namespace tarven {
 namespace {
 
 /// Commands on a current table of random cases.
-class TestCommands : public SessionTest {
+class IndependenceCommands : public SessionTest {
   protected:
     void Table_of(const std::vector<int>& dims, const std::vector<int>& LevelEnd = {},
                   int VTYPE = 3) {
@@ -34,7 +39,7 @@ class TestCommands : public SessionTest {
     }
 };
 
-TEST_F(TestCommands, HypothesesReadPairsAndWildcards) {
+TEST_F(IndependenceCommands, HypothesesReadPairsAndWildcards) {
     Table_of({2, 2, 3}, {1, 3});
     EXPECT_TRUE(Has_line_with(Run({"HYP **"}), "3 Hypotheses:"));
     EXPECT_TRUE(Has_line_with(Run({"HYP ab c*"}), "HYPOTHESIS 2: A & C  B"));
@@ -47,7 +52,7 @@ TEST_F(TestCommands, HypothesesReadPairsAndWildcards) {
     EXPECT_TRUE(Has_line_with(Run({"SHO H"}), "relative to the current table"));
 }
 
-TEST_F(TestCommands, RefusedLinesLeaveTheListAsItWas) {
+TEST_F(IndependenceCommands, RefusedLinesLeaveTheListAsItWas) {
     EXPECT_TRUE(Has_line_with(Run({"HYP AB"}), "Table has not been defined"));
     EXPECT_TRUE(Has_line_with(Run({"TES"}), "No table"));
     EXPECT_TRUE(Has_line_with(Run({"FIS"}), "No table"));
@@ -82,7 +87,7 @@ TEST_F(TestCommands, RefusedLinesLeaveTheListAsItWas) {
     }
 }
 
-TEST_F(TestCommands, APrintingLetterTurnsLocalTestsOn) {
+TEST_F(IndependenceCommands, APrintingLetterTurnsLocalTestsOn) {
     Table_of({2, 2, 3});
     Run({"HYP AB", "TES"});
     EXPECT_FALSE(The_settings.LocalTests);
@@ -96,7 +101,7 @@ TEST_F(TestCommands, APrintingLetterTurnsLocalTestsOn) {
     EXPECT_FALSE(The_settings.LocalTests);
 }
 
-TEST_F(TestCommands, LocalAndGlobalTestsStoreTheSameAsymptoticRows) {
+TEST_F(IndependenceCommands, LocalAndGlobalTestsStoreTheSameAsymptoticRows) {
     Table_of({2, 3, 2, 2});
     Run({"HYP **", "TES"});
     const std::vector<TestResult> global = The_hypotheses.results;
@@ -110,7 +115,7 @@ TEST_F(TestCommands, LocalAndGlobalTestsStoreTheSameAsymptoticRows) {
     EXPECT_EQ(The_hypotheses.results, deviance);
 }
 
-TEST_F(TestCommands, MonteCarloTestsRepeatFromTheirSeed) {
+TEST_F(IndependenceCommands, MonteCarloTestsRepeatFromTheirSeed) {
     Table_of({2, 3, 2, 2});
     Run({"HYP **", "EXA 200 17", "TES"});
     const std::vector<TestResult> first = The_hypotheses.results;
@@ -130,7 +135,7 @@ TEST_F(TestCommands, MonteCarloTestsRepeatFromTheirSeed) {
     EXPECT_NE(The_hypotheses.results, first);
 }
 
-TEST_F(TestCommands, BigTablesAreTestedWithoutPartialTests) {
+TEST_F(IndependenceCommands, BigTablesAreTestedWithoutPartialTests) {
     Table_of({2, 2, 2, 2, 2, 2, 2, 2, 2});
     Run({"HYP AB", "TES"});
     EXPECT_GT(The_hypotheses.results[0].Df, 0);
@@ -143,18 +148,133 @@ TEST_F(TestCommands, BigTablesAreTestedWithoutPartialTests) {
         Has_line_with(report, "Analysis of category collapse in BT_exanalyse is not ready"));
 }
 
-TEST_F(TestCommands, FisherAsksFirst) {
+TEST_F(IndependenceCommands, FisherAsksFirst) {
     Table_of({2, 2});
     EXPECT_FALSE(Has_line_with(Run({"FIS", "SHO H"}), "fitting the margins"));
     EXPECT_TRUE(Has_line_with(Run({"FIS", "Y"}), "tables fitting the margins"));
     EXPECT_TRUE(Has_line_with(Run({"FIS L", "YES"}), "Table no. 1"));
 }
 
-TEST_F(TestCommands, AnotherTableLosesTheHypotheses) {
+TEST_F(IndependenceCommands, OtherVariablesLoseTheTableAndItsHypotheses) {
     Table_of({2, 2, 2});
     Run({"HYP **"});
     Table_of({2, 2});
     EXPECT_TRUE(The_hypotheses.list.empty());
+    Run({"HYP AB"});
+    Run_moment(Moment::variables_changed);
+    EXPECT_FALSE(The_table.table_ready);
+    EXPECT_TRUE(The_hypotheses.list.empty());
+    // A list of the graph rests on the project's variables, not on the table.
+    Set_hypotheses({Make_hypothesis(3, 1, 3, {})}, HypothesisScope::graph, "ABC");
+    Table_of({2, 2});
+    EXPECT_TRUE(The_hypotheses.hypotheses_ready);
+    Run_moment(Moment::variables_changed);
+    EXPECT_FALSE(The_hypotheses.hypotheses_ready);
+}
+
+/// The four variables of the Titanic project: S in block 1, C, A and G after it.
+class Choose : public SessionTest {
+  protected:
+    void SetUp() override {
+        SessionTest::SetUp();
+        Copy_example("titanic");
+        Run({"OPE titanic"});
+    }
+};
+
+TEST_F(Choose, ReplacesTableAndListAndSaysSo) {
+    Run({"TAB SCAG", "HYP **"});
+    const std::vector<std::string> report = Run({"CHO 3"});
+    EXPECT_TRUE(Has_line_with(report, "HYPOTHESES HAVE BEEN LOST")) << Joined(report);
+    ASSERT_EQ(The_hypotheses.list.size(), 1U);
+    EXPECT_TRUE(The_hypotheses.tested);
+    EXPECT_EQ(Hypothesis_label(The_hypotheses.list[0], The_hypotheses.labels), "S&G|CA");
+    EXPECT_EQ(The_table.table.labels(), "SCAG");
+    EXPECT_FALSE(Has_line_with(Run({"TES"}), "No hypotheses"));
+}
+
+TEST_F(Choose, KeepsAListOfTheGraphAndTheBlocksOfTheProject) {
+    // C&G | S over the project's variables, whose blocks differ from the order of the row.
+    The_project.variables[1].Levnr = 1;
+    for (std::size_t v = 2; v <= 4; ++v) The_project.variables[v].Levnr = v == 2 ? 3 : 2;
+    const int z[] = {1};
+    const std::vector<Hypothesis> list{Make_hypothesis(4, 1, 2, {}), Make_hypothesis(4, 2, 4, z)};
+    Set_hypotheses(list, HypothesisScope::graph, "SCAG");
+    const std::vector<std::string> report = Run({"CHO 2"});
+    EXPECT_FALSE(Has_line_with(report, "HYPOTHESES HAVE BEEN LOST")) << Joined(report);
+    EXPECT_EQ(The_table.table.labels(), "SCG");
+    // A block begins at each variable of a higher block than all before it: S, then C with G.
+    EXPECT_EQ(The_table.table.Nlevels, 2);
+    EXPECT_EQ(The_table.table.LevelEnd[1], 1);
+    EXPECT_EQ(The_table.table.LevelEnd[2], 3);
+    ASSERT_EQ(The_hypotheses.list.size(), 2U);
+    EXPECT_EQ(The_hypotheses.scope, HypothesisScope::graph);
+    EXPECT_EQ(The_hypotheses.results[0], TestResult{}) << "not tested";
+    const TestResult chosen = The_hypotheses.results[1];
+    Set_hypotheses({Make_hypothesis(3, 2, 3, z)}, HypothesisScope::table, "SCG");
+    Run({"TES"});
+    EXPECT_EQ(chosen, The_hypotheses.results[0]);
+}
+
+TEST_F(Choose, ARefusalLeavesTableAndList) {
+    Run({"TAB SCA", "HYP **"});
+    const ContingencyTable table = The_table.table;
+    const std::vector<Hypothesis> list = The_hypotheses.list;
+    Dispose_data();
+    The_project.files.DAT.exists = The_project.files.SYS.exists = The_project.files.TAB.exists =
+        false;
+    const std::vector<std::string> report = Run({"CHO 1"});
+    EXPECT_TRUE(Has_line_with(report, "The table has not been created")) << Joined(report);
+    EXPECT_FALSE(Has_line_with(report, "LOST"));
+    EXPECT_EQ(The_table.table, table);
+    EXPECT_EQ(The_hypotheses.list, list);
+    // What tabulates for itself refuses as TAB does, and prints no zeros.
+    for (const std::string line : {"COR", "GAM M", "GAM M OR", "KAP SA", "PGA SC"}) {
+        const std::vector<std::string> refused = Run({line});
+        EXPECT_EQ(refused, std::vector<std::string>{"Data is not available"}) << line;
+    }
+}
+
+TEST_F(Choose, TheRateOfFalseDiscoveriesIsThatOfTheRunWhateverIsSetSince) {
+    Run({"TAB SCAG", "HYP **", "EXA 200", "TWO", "TES"});
+    const std::vector<std::string> limits = Run({"FDR"});
+    Run({"ASY", "ONE"});
+    EXPECT_EQ(Run({"FDR"}), limits);
+    Run({"TES"});
+    EXPECT_NE(Run({"FDR"}), limits);
+}
+
+/// Rows over the project's variables, each in a table of its own, beside the same rows in tables
+/// that a user makes.
+TEST_F(Choose, AListInOwnTablesHasTheRowsOfItsTables) {
+    std::vector<Hypothesis> list;
+    for (int x = 1; x <= 4; ++x)
+        for (int y = x + 1; y <= 4; ++y)
+            for (int z = 1; z <= 4; ++z)
+                if (z != x && z != y) list.push_back(Make_hypothesis(4, x, y, {&z, 1}));
+    TestSettings settings;
+    settings.ExactTests = true;
+    settings.Nsim = 50;
+    std::vector<TestResult> rows;
+    for (const int jobs : {1, 4}) {
+        RandomStream stream;
+        const auto outcomes =
+            Test_in_own_tables(Cases_of_project(), list, settings, stream, {.jobs = jobs});
+        ASSERT_EQ(outcomes.size(), list.size());
+        for (std::size_t k = 0; k < list.size(); ++k) {
+            const auto label = Hypothesis_label(list[k], "SCAG");
+            Run({std::string("TAB ") + label[0] + label[2] + label[4],
+                 std::string("HYP ") + label[0] + label[2], "EXA 50", "TES"});
+            // A HYP conditions on what the blocks say; the row here on exactly one variable.
+            const std::string labels = The_table.table.labels();
+            const auto place = [&](char c) { return static_cast<int>(labels.find(c)) + 1; };
+            const int z = place(label[4]);
+            Set_hypotheses({Make_hypothesis(3, place(label[0]), place(label[2]), {&z, 1})},
+                           HypothesisScope::table, labels);
+            Run({"TES"});
+            EXPECT_EQ(outcomes[k].outcome.row, The_hypotheses.results[0]) << label;
+        }
+    }
 }
 
 }  // namespace

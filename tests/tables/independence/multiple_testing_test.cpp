@@ -1,5 +1,3 @@
-#include "tables/independence/multiple_testing.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -8,6 +6,8 @@
 
 #include "support/reference_figures.h"
 #include "support/session.h"
+#include "tables/independence/multiple_testing_report.h"
+#include "tables/independence/summary_report.h"
 
 namespace tarven {
 namespace {
@@ -150,6 +150,29 @@ TEST(CollectPValues, TakesTestedRowsAndTheGammaOfThoseThatHaveOne) {
     EXPECT_EQ(two_sided.p, (std::vector<double>{0.5, 0.25, 0.25}));
     EXPECT_EQ(two_sided.smallest_row, 2);
     EXPECT_EQ(two_sided.largest_row, 1);
+}
+
+// 0.05F is above 0.05 in double precision: list and marks compare in that of the rows.
+TEST(BenjaminiHochberg, APOfARowThatEqualsTheLimitIsAtMostTheLimit) {
+    const std::vector<double> rows{0.05F, 0.04F};
+    EXPECT_GT(rows[0], 0.05);
+    EXPECT_EQ(Benjamini_Hochberg_limit(rows, 0.05), 0.05);
+    EXPECT_TRUE(At_most_limit(rows[0], 0.05));
+    EXPECT_FALSE(At_most_limit(0.0500001F, 0.05));
+    EXPECT_EQ(Compare_groups(2, std::vector<double>{0.05F}).rejected.size(), 1U);
+    TestResult row{.Statistic = 3.8F, .Df = 1, .PAsymp = 0.05F};
+    const auto lines = exa_summary1({{.label = "A&B", .result = row}},
+                                    Rejection_limits(std::vector<double>{0.05F}), {});
+    EXPECT_NE(lines[2].find(" x "), std::string::npos) << lines[2];
+}
+
+TEST(BenjaminiHochberg, WithoutAPThereIsNoLimitToPrint) {
+    const auto lines =
+        exa_summary1({{.label = "A&B", .result = Untested_result()}}, Rejection_limits({}), {});
+    for (const std::string& line : lines)
+        EXPECT_EQ(line.find("rejects if"), std::string::npos) << line;
+    EXPECT_EQ(False_discovery_lines({}, {}),
+              std::vector<std::string>{"Benjamini-Hochberg adjustment of 0 p-values"});
 }
 
 }  // namespace

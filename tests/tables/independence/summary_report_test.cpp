@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tables/independence/shown_p_values.h"
 #include "tables/numbers/score_interval.h"
 
 namespace tarven {
@@ -120,6 +121,33 @@ TEST(TestReports, LocalResultsNameVariableAndCategories) {
               "Negative       0              0             12       \n"
               "Positive       0              0              0       \n");
     EXPECT_EQ(Distribution_line(3, h), "Table 3. The XY|G distribution.");
+}
+
+TEST(SummaryReport, WhatOutgrowsItsColumnStaysApart) {
+    TestResult r{.Statistic = 123456.7F,
+                 .Df = 12345,
+                 .PAsymp = 0.5F,
+                 .PExact = 0.5F,
+                 .Gamma = -0.25F,
+                 .PGammaAsymp = 0.1F,
+                 .PGammaExact = 0.1F,
+                 .Nsim = 1000000};
+    const SummaryRow row{.label = "A&B|CDEFGHI", .result = r, .has_gamma = true, .cases = 12345678};
+    TestSettings exact;
+    exact.ExactTests = true;
+    const std::string words = "A&B|CDEFGHI 123456.7 12345 0.500 0.500 -0.25 0.100 0.100 ";
+    const auto squeezed = [](const std::string& line) {
+        std::string text;
+        for (const char c : line)
+            if (c != ' ' || (!text.empty() && text.back() != ' ')) text += c;
+        return text;
+    };
+    EXPECT_EQ(squeezed(exa_summary({row}, exact)[2]), words + "1000000 12345678 ");
+    EXPECT_EQ(squeezed(exa_summary1({row}, {}, exact)[2]),
+              words + "[0.499 - 0.501] 1000000 12345678 ");
+    EXPECT_EQ(squeezed(brief_single_exa_summary(row, exact)),
+              "A&B|CDEFGHI 123456.7 12345 0.500 0.500 0.499 - 0.501 -0.25 0.100 0.100 0.099 - "
+              "0.101 1000000 12345678 ");
 }
 
 }  // namespace

@@ -45,6 +45,17 @@ TEST(MantelHaenszel, HasNoEstimateWithoutBothProducts) {
     EXPECT_EQ(Generalized_odds_ratio(-1), 0);
 }
 
+TEST(MantelHaenszel, APerfectAssociationPrintsWordsAndBlanks) {
+    const std::vector<std::string> lines = Mantel_lines("A&B", {}, 1, 0);
+    EXPECT_NE(lines[0].find("not defined"), std::string::npos);
+    EXPECT_NE(lines[1].find(" unbounded "), std::string::npos) << lines[1];
+    const std::vector<TwoWayTable> perfect = {Square(2, {5, 0, 0, 7})};
+    const std::vector<std::string> matrix =
+        Gamma_matrix_lines(Gammas_of_pairs("AB", perfect), true);
+    EXPECT_EQ(matrix[3], "A       .       ");
+    EXPECT_TRUE(Has_line_with(matrix, "the odds ratio is unbounded"));
+}
+
 // Two film critics: Agresti (2002), Categorical Data Analysis, section 10.5, which prints kappa
 // .389 with standard error .060.
 TEST(Kappa, AgreesWithThePublishedTable) {

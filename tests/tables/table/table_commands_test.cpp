@@ -125,6 +125,22 @@ TEST_F(TablesCommandsTest, ShowAndDisposeWorkOnTheCurrentTable) {
     EXPECT_TRUE(Has_line_with(Run({"SHOW T"}), "Table is not ready"));
 }
 
+TEST_F(TablesCommandsTest, ShowPrintsAtMostAHundredStrata) {
+    for (const int strata : {100, 101}) {
+        std::vector<TableVariable> variables(3);
+        for (std::size_t k = 0; k < 3; ++k) variables[k].label = static_cast<char>('A' + k);
+        variables[2].DIM = strata;
+        ContingencyTable table = Make_table(variables);
+        table.cells[0] = 2;
+        table.NTOTAL = 2;
+        Add_margins(table);
+        Set_current_table(table);
+        const std::vector<std::string> lines = Run({"SHOW T"});
+        EXPECT_EQ(Has_line_with(lines, "101 strata"), strata == 101);
+        EXPECT_EQ(Has_line_with(lines, "+ C = 100"), strata == 100);
+    }
+}
+
 TEST_F(TablesCommandsTest, ATableIsReadFromTheFileOfTheProject) {
     Define("titanic");
     Put("titanic.EXA", "2\r\nA 2 3\r\nB 2 3\r\n2 1 2\r\n1 2 3\r\n4");
