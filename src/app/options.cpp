@@ -46,6 +46,10 @@ ReadOptions Read_options(int argc, const char* const* argv) {
         ->type_name("DIR");
     app.add_flag("--automatic", read.options.automatic, "As if AUT had been given");
     app.add_flag("--log", read.options.log, "Echo each command into the report");
+    app.add_option("--jobs", read.options.jobs,
+                   "Threads for lists of tests; the results are the same (default: the processors)")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1024));
     app.add_option("--report", report, "Write every report line to FILE too, as it appears")
         ->type_name("FILE");
     app.add_flag("--commands-reference", read.options.commands_reference,

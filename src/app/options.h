@@ -15,6 +15,7 @@ struct Options {
     std::filesystem::path start;               ///< the start folder, absolute
     bool automatic = false;
     bool log = false;              ///< each command is echoed into the report
+    int jobs = 0;                  ///< threads for lists of tests; 0: as many as processors
     std::filesystem::path report;  ///< gets every report line too; empty: none
     bool commands_reference = false;
 

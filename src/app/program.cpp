@@ -3,8 +3,10 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <iostream>
 #include <new>
+#include <thread>
 
 #include "app/ending_signals.h"
 #include "app/options.h"
@@ -191,6 +193,10 @@ int Run_program(int argc, const char* const* argv) {
         }
         Remember_arguments(argc, argv);
         The_session.StartPath = read.options.start;
+        The_session.jobs =
+            read.options.jobs > 0
+                ? read.options.jobs
+                : static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
         if (!read.options.report.empty()) {
             const std::string failure = Make_report_copy(read.options);
             if (!failure.empty()) {

@@ -14,7 +14,7 @@ bool Simulates(const TestSettings& settings) {
     return settings.ExactTests && settings.Nsim > 0;
 }
 
-HypothesisOutcome Not_reached() {
+TestedHypothesis Not_reached() {
     return {.reached = Reached::not_reached};
 }
 
@@ -44,7 +44,7 @@ class RunStop {
 };
 
 /// The outcome with what a stop did to its simulation.
-HypothesisOutcome Cut(HypothesisOutcome outcome, bool stopped, const TestSettings& settings) {
+TestedHypothesis Cut(TestedHypothesis outcome, bool stopped, const TestSettings& settings) {
     if (stopped && outcome.row.Nsim > 0 && outcome.row.Nsim < static_cast<float>(settings.Nsim))
         outcome.reached = Reached::cut_short;
     return outcome;
@@ -59,10 +59,10 @@ bool Has_gamma(const ContingencyTable& table, const Hypothesis& hypothesis) {
     return Gamma_is_defined(x.DIM, x.VTYPE, y.DIM, y.VTYPE);
 }
 
-HypothesisOutcome Test_globally(const ContingencyTable& table, const Hypothesis& hypothesis,
-                                const TestSettings& settings, RandomStream& stream,
-                                DrawMemory& memory, const StopCheck& stop) {
-    HypothesisOutcome outcome{.cases = table.NTOTAL};
+TestedHypothesis Test_globally(const ContingencyTable& table, const Hypothesis& hypothesis,
+                               const TestSettings& settings, RandomStream& stream,
+                               DrawMemory& memory, const StopCheck& stop) {
+    TestedHypothesis outcome{.cases = table.NTOTAL};
     const TestedPair pair = Tested_pair(hypothesis);
     if (!pair.proper() || pair.Y > table.Nvar()) return outcome;
     outcome.has_gamma = Has_gamma(table, hypothesis);
@@ -83,12 +83,12 @@ HypothesisOutcome Test_globally(const ContingencyTable& table, const Hypothesis&
     return outcome;
 }
 
-std::vector<HypothesisOutcome> Run_list(
+std::vector<TestedHypothesis> Run_list(
     std::size_t count, const TestSettings& settings, RandomStream& stream,
     const RunControl& control,
-    const std::function<HypothesisOutcome(std::size_t, RandomStream&, DrawMemory&,
-                                          const StopCheck&)>& test) {
-    std::vector<HypothesisOutcome> outcomes(count, Not_reached());
+    const std::function<TestedHypothesis(std::size_t, RandomStream&, DrawMemory&,
+                                         const StopCheck&)>& test) {
+    std::vector<TestedHypothesis> outcomes(count, Not_reached());
     RunStop stop(control.stop);
     std::atomic<std::size_t> next = 0;
     RandomStream last = stream;
@@ -102,7 +102,7 @@ std::vector<HypothesisOutcome> Run_list(
         try {
             for (std::size_t k = next++; k < count; k = next++) {
                 if (stop.Now()) return;
-                const HypothesisOutcome outcome = test(k, own, memory, check);
+                const TestedHypothesis outcome = test(k, own, memory, check);
                 outcomes[k] = Cut(outcome, cut, settings);
                 if (k + 1 == count) last = own;
             }
@@ -125,10 +125,10 @@ std::vector<HypothesisOutcome> Run_list(
     return outcomes;
 }
 
-std::vector<HypothesisOutcome> Test_globally(const ContingencyTable& table,
-                                             std::span<const Hypothesis> list,
-                                             const TestSettings& settings, RandomStream& stream,
-                                             const RunControl& control) {
+std::vector<TestedHypothesis> Test_globally(const ContingencyTable& table,
+                                            std::span<const Hypothesis> list,
+                                            const TestSettings& settings, RandomStream& stream,
+                                            const RunControl& control) {
     return Run_list(
         list.size(), settings, stream, control,
         [&](std::size_t k, RandomStream& own, DrawMemory& memory, const StopCheck& stop) {
@@ -153,18 +153,18 @@ LocalHypothesis Form_xyz_table(const ContingencyTable& table, const Hypothesis& 
     return local;
 }
 
-std::vector<HypothesisOutcome> Test_locally(
+std::vector<TestedHypothesis> Test_locally(
     const ContingencyTable& table, std::span<const Hypothesis> list, const LocalWishes& wishes,
     const TestSettings& wanted, RandomStream& stream, const RunControl& control,
-    const std::function<void(std::size_t, const LocalOutcome&)>& each) {
+    const std::function<void(std::size_t, const LocallyTested&)>& each) {
     TestSettings settings = wanted;
     if (table.big()) settings.PartialTests = false;
     if (settings.ExactTests) Set_seed(stream, settings.Seed);
-    std::vector<HypothesisOutcome> rows(list.size(), Not_reached());
+    std::vector<TestedHypothesis> rows(list.size(), Not_reached());
     RunStop stop(control.stop);
     DrawMemory memory;
     for (std::size_t k = 0; k < list.size() && !stop.Now(); ++k) {
-        LocalOutcome one{.hypothesis = Form_xyz_table(table, list[k], wishes.with_margins)};
+        LocallyTested one{.hypothesis = Form_xyz_table(table, list[k], wishes.with_margins)};
         if (control.begin) control.begin(Steps(1, settings));
         one.result =
             EXANALYSE(one.hypothesis, settings, wishes.partial_off, stream, memory, stop.Check());

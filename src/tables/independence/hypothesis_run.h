@@ -27,7 +27,7 @@ enum class Reached : std::uint8_t {
 };
 
 /// One hypothesis after its test.
-struct HypothesisOutcome {
+struct TestedHypothesis {
     TestResult row = Untested_result();
     bool has_gamma = false;
     bool missing_slices = false;  ///< some combinations of Z tell nothing about X and Y
@@ -45,27 +45,27 @@ struct RunControl {
 };
 
 /// Tests one hypothesis with the stream as it stands. Without simulation no slice is stored.
-HypothesisOutcome Test_globally(const ContingencyTable& table, const Hypothesis& hypothesis,
-                                const TestSettings& settings, RandomStream& stream,
-                                DrawMemory& memory, const StopCheck& stop = {});
+TestedHypothesis Test_globally(const ContingencyTable& table, const Hypothesis& hypothesis,
+                               const TestSettings& settings, RandomStream& stream,
+                               DrawMemory& memory, const StopCheck& stop = {});
 
 /// Tests the whole list; the outcomes are parallel to it. With Monte Carlo tests every hypothesis
 /// starts from settings.Seed, so its p depends neither on its place in the list nor on the number
 /// of threads; the stream ends where the last hypothesis of the list left it. A stop ends the run.
-std::vector<HypothesisOutcome> Test_globally(const ContingencyTable& table,
-                                             std::span<const Hypothesis> list,
-                                             const TestSettings& settings, RandomStream& stream,
-                                             const RunControl& control = {});
+std::vector<TestedHypothesis> Test_globally(const ContingencyTable& table,
+                                            std::span<const Hypothesis> list,
+                                            const TestSettings& settings, RandomStream& stream,
+                                            const RunControl& control = {});
 
 /// Calls test(k, stream, memory, stop) for each k in 0..count-1 on control.jobs threads, each with
 /// a stream and a memory of its own, and returns the outcomes by k. `test` sets the stream before
 /// it draws; `stop`, which may be empty, stays true once it was. What a stop left out is not
 /// reached. An exception of a thread ends the run and is thrown again here.
-std::vector<HypothesisOutcome> Run_list(
+std::vector<TestedHypothesis> Run_list(
     std::size_t count, const TestSettings& settings, RandomStream& stream,
     const RunControl& control,
-    const std::function<HypothesisOutcome(std::size_t k, RandomStream& stream, DrawMemory& memory,
-                                          const StopCheck& stop)>& test);
+    const std::function<TestedHypothesis(std::size_t k, RandomStream& stream, DrawMemory& memory,
+                                         const StopCheck& stop)>& test);
 
 /// The hypothesis with its slices as the local engine wants them: all combinations of the
 /// conditioning variables, and those with margins when wanted.
@@ -79,19 +79,19 @@ struct LocalWishes {
 };
 
 /// One hypothesis after the local engine.
-struct LocalOutcome {
+struct LocallyTested {
     LocalHypothesis hypothesis;
     LocalResult result;
-    HypothesisOutcome outcome;
+    TestedHypothesis outcome;
 };
 
 /// Tests the whole list, one stream through all of it from settings.Seed on. Each outcome is given
 /// to `each` as soon as it stands, since those of a long list do not fit the memory; the rows are
 /// returned, parallel to the list. A stop ends the run, behind the `each` of the one under way. On
 /// a big table no test against two-factor association is made.
-std::vector<HypothesisOutcome> Test_locally(
+std::vector<TestedHypothesis> Test_locally(
     const ContingencyTable& table, std::span<const Hypothesis> list, const LocalWishes& wishes,
     const TestSettings& settings, RandomStream& stream, const RunControl& control = {},
-    const std::function<void(std::size_t k, const LocalOutcome& one)>& each = {});
+    const std::function<void(std::size_t k, const LocallyTested& one)>& each = {});
 
 }  // namespace tarven

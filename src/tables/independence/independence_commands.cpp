@@ -49,7 +49,7 @@ struct TestedList {
     }
 };
 
-void Store(HypothesisWorkspace& hypotheses, std::size_t k, const HypothesisOutcome& outcome) {
+void Store(HypothesisWorkspace& hypotheses, std::size_t k, const TestedHypothesis& outcome) {
     hypotheses.list[k].Kind = outcome.has_gamma ? kind::with_gamma : kind::without_gamma;
     hypotheses.results[k] = outcome.row;
 }
@@ -57,7 +57,7 @@ void Store(HypothesisWorkspace& hypotheses, std::size_t k, const HypothesisOutco
 /// False when the user stopped the run.
 bool Run_global_tests(const TestedList& list) {
     HypothesisWorkspace& h = list.hypotheses;
-    const std::vector<HypothesisOutcome> outcomes =
+    const std::vector<TestedHypothesis> outcomes =
         Test_globally(list.table, h.list, h.settings, The_stream, Progress_of(h.settings));
     const std::vector<std::string> labels = list.Labels();
     for (std::size_t k = 0; k < outcomes.size(); ++k) {
@@ -124,7 +124,7 @@ void Print_strata(std::size_t number, const LocalHypothesis& hypothesis, const L
         Tested_table_lines(hypothesis, result, Printed(options), Statistic_symbol(settings)));
 }
 
-void Report_local_test(const TestedList& list, std::size_t k, const LocalOutcome& one,
+void Report_local_test(const TestedList& list, std::size_t k, const LocallyTested& one,
                        const TestOptions& options) {
     const TestSettings& settings = list.hypotheses.settings;
     const bool big = list.table.big();
@@ -149,9 +149,9 @@ void Run_local_tests(const TestedList& list, const TestOptions& options) {
     const LocalWishes wishes{.with_margins = options.PrintMarginals || options.FittedCounts,
                              .partial_off = h.PartialTestsOff};
     for (std::size_t k = 0; k < h.list.size(); ++k) Store(h, k, {});
-    const std::vector<HypothesisOutcome> outcomes =
+    const std::vector<TestedHypothesis> outcomes =
         Test_locally(list.table, h.list, wishes, h.settings, The_stream, Progress_of(h.settings),
-                     [&](std::size_t k, const LocalOutcome& one) {
+                     [&](std::size_t k, const LocallyTested& one) {
                          Store(h, k, one.outcome);
                          Report_local_test(list, k, one, options);
                      });
@@ -173,9 +173,9 @@ void Run_global_analyses(const TestedList& list, const TestOptions& options) {
     TestSettings asymptotic = list.hypotheses.settings;
     asymptotic.ExactTests = false;
     RandomStream unused;
-    const std::vector<HypothesisOutcome> outcomes =
+    const std::vector<TestedHypothesis> outcomes =
         Test_locally(list.table, list.hypotheses.list, {.partial_off = true}, asymptotic, unused,
-                     Progress_of(asymptotic), [&](std::size_t, const LocalOutcome& one) {
+                     Progress_of(asymptotic), [&](std::size_t, const LocallyTested& one) {
                          Run_analyses(wanted, one.hypothesis, one.result, list.table.big());
                      });
     Write_lines(Stopped_lines(outcomes, list.Labels(), asymptotic));

@@ -38,13 +38,13 @@ OwnTable Own_table(const Hypothesis& row, const ContingencyTable& table) {
         row, [&](int v) { return table.variable(v); }, [&](int v) { return table.block(v); });
 }
 
-std::vector<OwnTableOutcome> Test_in_own_tables(const CasesAtHand& cases,
-                                                std::span<const Hypothesis> list,
-                                                const TestSettings& settings, RandomStream& stream,
-                                                const RunControl& control) {
-    std::vector<OwnTableOutcome> results(list.size());
+std::vector<TestedInOwnTable> Test_in_own_tables(const CasesAtHand& cases,
+                                                 std::span<const Hypothesis> list,
+                                                 const TestSettings& settings, RandomStream& stream,
+                                                 const RunControl& control) {
+    std::vector<TestedInOwnTable> results(list.size());
     const auto test = [&](std::size_t k, RandomStream& own, DrawMemory& memory,
-                          const StopCheck& stop) -> HypothesisOutcome {
+                          const StopCheck& stop) -> TestedHypothesis {
         const OwnTable wanted = Own_table(list[k], cases.definition);
         const Result<Tabulation> made = Tabulate(cases, wanted.request, stop);
         if (!made) {
@@ -54,7 +54,7 @@ std::vector<OwnTableOutcome> Test_in_own_tables(const CasesAtHand& cases,
         if (settings.ExactTests) Set_seed(own, settings.Seed);
         return Test_globally(made->table, wanted.row, settings, own, memory, stop);
     };
-    const std::vector<HypothesisOutcome> outcomes =
+    const std::vector<TestedHypothesis> outcomes =
         Run_list(list.size(), settings, stream, control, test);
     for (std::size_t k = 0; k < list.size(); ++k) results[k].outcome = outcomes[k];
     return results;

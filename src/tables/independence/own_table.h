@@ -27,8 +27,8 @@ OwnTable Own_table(const Hypothesis& row, const ProjectDefinition& definition);
 OwnTable Own_table(const Hypothesis& row, const ContingencyTable& table);
 
 /// A hypothesis after its test, or why it has no table.
-struct OwnTableOutcome {
-    HypothesisOutcome outcome;          ///< untested without a table
+struct TestedInOwnTable {
+    TestedHypothesis outcome;           ///< untested without a table
     std::vector<std::string> messages;  ///< of the table that could not be made
 };
 
@@ -36,9 +36,9 @@ struct OwnTableOutcome {
 /// Every hypothesis starts from settings.Seed, so the number of threads and the order of the list
 /// decide nothing. A table that was not counted to its end because of a stop is not reached.
 /// Cost: one pass over the cases a hypothesis.
-std::vector<OwnTableOutcome> Test_in_own_tables(const CasesAtHand& cases,
-                                                std::span<const Hypothesis> list,
-                                                const TestSettings& settings, RandomStream& stream,
-                                                const RunControl& control = {});
+std::vector<TestedInOwnTable> Test_in_own_tables(const CasesAtHand& cases,
+                                                 std::span<const Hypothesis> list,
+                                                 const TestSettings& settings, RandomStream& stream,
+                                                 const RunControl& control = {});
 
 }  // namespace tarven

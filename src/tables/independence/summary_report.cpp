@@ -167,7 +167,7 @@ std::vector<std::string> single_exa_summary(const SummaryRow& row, const TestSet
     return lines;
 }
 
-std::vector<std::string> Remarks(const HypothesisOutcome& outcome, const std::string& label) {
+std::vector<std::string> Remarks(const TestedHypothesis& outcome, const std::string& label) {
     if (outcome.reached == Reached::not_reached) return {};
     if (outcome.too_many_slices) return {"XYZ1: Failure creating 3-way table - too many slices "};
     std::vector<std::string> lines;
@@ -180,7 +180,7 @@ std::vector<std::string> Remarks(const HypothesisOutcome& outcome, const std::st
 namespace {
 
 /// "4, 7-9": the numbers, from 1, of the hypotheses not reached.
-std::string Not_reached_numbers(std::span<const HypothesisOutcome> outcomes) {
+std::string Not_reached_numbers(std::span<const TestedHypothesis> outcomes) {
     std::string text;
     const auto missing = [&](std::size_t k) {
         return k < outcomes.size() && outcomes[k].reached == Reached::not_reached;
@@ -197,12 +197,12 @@ std::string Not_reached_numbers(std::span<const HypothesisOutcome> outcomes) {
 
 }  // namespace
 
-std::vector<std::string> Stopped_lines(std::span<const HypothesisOutcome> outcomes,
+std::vector<std::string> Stopped_lines(std::span<const TestedHypothesis> outcomes,
                                        std::span<const std::string> labels,
                                        const TestSettings& settings) {
     const auto count = [&](Reached reached) {
         return std::count_if(outcomes.begin(), outcomes.end(),
-                             [&](const HypothesisOutcome& one) { return one.reached == reached; });
+                             [&](const TestedHypothesis& one) { return one.reached == reached; });
     };
     if (count(Reached::cut_short) + count(Reached::not_reached) == 0) return {};
     std::vector<std::string> lines{

@@ -42,11 +42,11 @@ std::string brief_single_exa_summary(const SummaryRow& row, const TestSettings& 
 
 /// Remarks of the global engine on one hypothesis: missing slices, too many, no df. None on a
 /// hypothesis that was not reached.
-std::vector<std::string> Remarks(const HypothesisOutcome& outcome, const std::string& label);
+std::vector<std::string> Remarks(const TestedHypothesis& outcome, const std::string& label);
 
 /// What a run that the user stopped has left out; empty for one that came to its end. `labels` are
 /// those of the hypotheses, parallel to the outcomes.
-std::vector<std::string> Stopped_lines(std::span<const HypothesisOutcome> outcomes,
+std::vector<std::string> Stopped_lines(std::span<const TestedHypothesis> outcomes,
                                        std::span<const std::string> labels,
                                        const TestSettings& settings);
 

@@ -57,7 +57,7 @@ TEST(HypothesisRun, TheSilentLoopEqualsTheLoopOverStoredSlices) {
     for (const Hypothesis& h : All_hypotheses(5)) {
         DrawMemory memory;
         RandomStream stream;
-        const HypothesisOutcome silent = Test_globally(table, h, {}, stream, memory);
+        const TestedHypothesis silent = Test_globally(table, h, {}, stream, memory);
         const LocalHypothesis local = Form_xyz_table(table, h, false);
         StrataSums sums;
         bool missing = false;
@@ -78,9 +78,9 @@ TEST(HypothesisRun, AHypothesisKeepsItsPInEveryOrderOfTheList) {
     settings.ExactTests = true;
     settings.Nsim = 100;
     RandomStream stream;
-    const std::vector<HypothesisOutcome> forward = Test_globally(table, list, settings, stream);
+    const std::vector<TestedHypothesis> forward = Test_globally(table, list, settings, stream);
     std::reverse(list.begin(), list.end());
-    const std::vector<HypothesisOutcome> backward = Test_globally(table, list, settings, stream);
+    const std::vector<TestedHypothesis> backward = Test_globally(table, list, settings, stream);
     std::int64_t tested = 0;
     for (std::size_t k = 0; k < list.size(); ++k) {
         EXPECT_EQ(forward[k].row, backward[list.size() - 1 - k].row);
@@ -97,10 +97,10 @@ TEST(HypothesisRun, ThreadsDecideNoDigit) {
     settings.ExactTests = true;
     settings.Nsim = 100;
     RandomStream alone;
-    const std::vector<HypothesisOutcome> one = Test_globally(table, list, settings, alone);
+    const std::vector<TestedHypothesis> one = Test_globally(table, list, settings, alone);
     for (const int jobs : {2, 3, 50}) {
         RandomStream stream;
-        const std::vector<HypothesisOutcome> many =
+        const std::vector<TestedHypothesis> many =
             Test_globally(table, list, settings, stream, {.jobs = jobs});
         EXPECT_EQ(stream, alone) << "what is drawn next";
         for (std::size_t k = 0; k < list.size(); ++k) EXPECT_EQ(many[k].row, one[k].row);
@@ -117,7 +117,7 @@ TEST(HypothesisRun, AStopEndsTheWholeListAndTheReportSaysWhatIsMissing) {
     settings.Nsim = 100;
     struct Run {
         std::string name;
-        std::function<std::vector<HypothesisOutcome>(const RunControl&)> test;
+        std::function<std::vector<TestedHypothesis>(const RunControl&)> test;
     };
     RandomStream stream;
     const Run runs[] = {{"global",
@@ -131,7 +131,7 @@ TEST(HypothesisRun, AStopEndsTheWholeListAndTheReportSaysWhatIsMissing) {
     for (const Run& run : runs) {
         int asked = 0;
         // One question before each hypothesis and one after each replicate.
-        const std::vector<HypothesisOutcome> outcomes =
+        const std::vector<TestedHypothesis> outcomes =
             run.test({.stop = [&] { return ++asked == 2 * 101 + 31; }});
         ASSERT_EQ(outcomes.size(), 6U);
         EXPECT_EQ(outcomes[1].reached, Reached::end);
@@ -148,7 +148,7 @@ TEST(HypothesisRun, AStopEndsTheWholeListAndTheReportSaysWhatIsMissing) {
     // Asymptotic lists are asked before each hypothesis, whatever the number of threads.
     for (const int jobs : {1, 2}) {
         std::atomic<int> asked = 0;
-        const std::vector<HypothesisOutcome> outcomes = Test_globally(
+        const std::vector<TestedHypothesis> outcomes = Test_globally(
             block.table(), list, {}, stream, {.stop = [&] { return ++asked == 3; }, .jobs = jobs});
         EXPECT_EQ(std::count_if(outcomes.begin(), outcomes.end(),
                                 [](const auto& one) { return one.reached == Reached::end; }),
@@ -160,7 +160,7 @@ TEST(HypothesisRun, AStopEndsTheWholeListAndTheReportSaysWhatIsMissing) {
 TEST(HypothesisRun, AFailureOfAThreadReachesTheCaller) {
     RandomStream stream;
     const auto fails = [](std::size_t k, RandomStream&, DrawMemory&,
-                          const StopCheck&) -> HypothesisOutcome {
+                          const StopCheck&) -> TestedHypothesis {
         if (k == 3) throw std::bad_alloc();
         return {};
     };
@@ -168,7 +168,7 @@ TEST(HypothesisRun, AFailureOfAThreadReachesTheCaller) {
 }
 
 TEST(HypothesisRun, RemarksTellWhatIsMissing) {
-    HypothesisOutcome outcome;
+    TestedHypothesis outcome;
     outcome.missing_slices = true;
     EXPECT_EQ(Remarks(outcome, "A&B"),
               (std::vector<std::string>{"Warning - missing slices in XYZ-table of A&B",
