@@ -84,7 +84,7 @@ void Renew_category_names(const ProjectDefinition& before, const ProjectDefiniti
 }
 
 /// Takes a definition into the project; what rested on the old one is given up.
-void Take_variables(const ProjectDefinition& revised, const DefinitionComparison& comparison) {
+void Adopt_revision(const ProjectDefinition& revised, const DefinitionComparison& comparison) {
     if (comparison.variables_differ) Renew_category_names(The_project, revised);
     static_cast<ProjectDefinition&>(The_project) = revised;
     Set_default_category_names(The_project);
@@ -138,7 +138,7 @@ Outcome Revise_variables() {
     ShowMessage(comparison.variables_differ ? "VAR, SYS and TAB files will be created."
                                             : "VAR file will be overwritten.");
     if (!comparison.variables_differ && up_to_date) Keep_data_up_to_date();
-    Take_variables(revised, comparison);
+    Adopt_revision(revised, comparison);
     if (comparison.variables_differ) Run_from_code("MAK");
     return Outcome::done;
 }
@@ -235,7 +235,7 @@ void INPUT_V() {
                         : fmt::format("Warning: The DAT file, {} was not found",
                                       Path_text(files.DAT.path)));
     The_project.files = files;
-    Take_variables(revised, comparison);
+    Adopt_revision(revised, comparison);
     if (!changed) return;
     ShowMessage("Use FREQUENCIES to check the new variable definitions");
     ShowMessage("You may have to use MAKE to create new SYS and TAB files");

@@ -4,31 +4,36 @@
 
 #include "shell/commands.h"
 #include "shell/fields.h"
+#include "shell/parsed_line.h"
 #include "shell/report.h"
-#include "shell/stop_rule.h"
+#include "shell/test_settings.h"
 
 namespace tarven {
 
 namespace {
 
-constexpr std::int32_t DefaultNsim = 1000;
-constexpr std::uint8_t DefaultSeed = 9;
-constexpr double DefaultCriticalLevel = 0.05;
-constexpr double DefaultRisk = 0.001;
-constexpr double DefaultLimit = 20;
-constexpr double NoBoundary = 1000;
+/// Number of random tables and seed of a line. A seed is one byte: what is larger is reduced modulo
+/// 256. Digits that overflow 32 bits may read as a negative number of tables, which means none.
+MonteCarloRun Run_of(const ParsedLine& line) {
+    MonteCarloRun run;
+    if (line.NumericCount >= 1) run.nsim = line.NumericParameters[0];
+    if (line.NumericCount >= 2)
+        run.seed = static_cast<std::uint8_t>(line.NumericParameters[1] & 0xFF);
+    return run;
+}
 
-/// Number of random tables and seed, the part that the three Monte Carlo commands share. A seed is
-/// one byte: what is larger is reduced modulo 256. Digits that overflow 32 bits may read as a
-/// negative number of tables, which then means none.
-TestSettings Monte_carlo_settings(TestSettings settings, const ParsedLine& line) {
-    const auto& numbers = line.NumericParameters;
-    settings.ExactTests = true;
-    settings.Nsim = line.NumericCount >= 1 ? std::max(numbers[0], 0) : DefaultNsim;
-    settings.Seed =
-        line.NumericCount >= 2 ? static_cast<std::uint8_t>(numbers[1] & 0xFF) : DefaultSeed;
-    settings.SimulatedTablesCriterion = settings.Nsim;
-    return settings;
+/// Level and risk in thousandths, only when all four numbers stand.
+RepeatRule Repeat_rule_of(const ParsedLine& line) {
+    if (line.NumericCount < 4) return {};
+    return {.level = line.NumericParameters[2] / 1000.0,
+            .risk = line.NumericParameters[3] / 1000.0};
+}
+
+/// The third number is the limit and, in thousandths, the level.
+SequentialRule Sequential_rule_of(const ParsedLine& line) {
+    if (line.NumericCount < 3) return {};
+    const std::int32_t third = line.NumericParameters[2];
+    return {.level = third / 1000.0, .limit = static_cast<double>(third)};
 }
 
 /// A command that stores settings and says one thing.
@@ -65,13 +70,13 @@ std::string Monte_carlo_line(std::string_view kind) {
 }
 
 Outcome EXACT() {
-    The_settings = Exact_settings(The_settings, The_line);
+    The_settings = Exact_settings(The_settings, Run_of(The_line));
     Write_report(Monte_carlo_line("Monte Carlo tests"));
     return Outcome::done;
 }
 
 Outcome REPEATED() {
-    The_settings = Repeated_settings(The_settings, The_line);
+    The_settings = Repeated_settings(The_settings, Run_of(The_line), Repeat_rule_of(The_line));
     Write_report(Monte_carlo_line("Repeated Monte Carlo tests"));
     Write_report(fmt::format("critical level = {}  risk = {}",
                              Field(The_settings.RepeatedLevel1, 5, 3),
@@ -80,7 +85,8 @@ Outcome REPEATED() {
 }
 
 Outcome SEQUENTIAL() {
-    The_settings = Sequential_settings(The_settings, The_line);
+    The_settings =
+        Sequential_settings(The_settings, Run_of(The_line), Sequential_rule_of(The_line));
     Write_report(Monte_carlo_line("Sequential Monte Carlo tests"));
     Write_report("sequential test - limit = " + Field(The_settings.SequentialLimit, 5, 0));
     return Outcome::done;
@@ -130,46 +136,6 @@ constexpr const char* SequentialHelp =
     "Example: SEQ 1000 9 30";
 
 }  // namespace
-
-TestSettings Exact_settings(TestSettings settings, const ParsedLine& line) {
-    settings = Monte_carlo_settings(settings, line);
-    settings.SequentialTests = false;
-    settings.SequentialLimit = settings.Nsim;
-    return settings;
-}
-
-TestSettings Repeated_settings(TestSettings settings, const ParsedLine& line) {
-    settings = Monte_carlo_settings(settings, line);
-    settings.SequentialTests = true;
-    settings.SequentialLimit = DefaultLimit;
-    const bool all_four = line.NumericCount >= 4;
-    settings.RepeatedLevel1 = all_four ? line.NumericParameters[2] / 1000.0 : DefaultCriticalLevel;
-    settings.RepeatedLevel2 = all_four ? line.NumericParameters[3] / 1000.0 : DefaultRisk;
-    settings.SimBoundary =
-        Repeat_boundary(settings.RepeatedLevel1, settings.Nsim, settings.RepeatedLevel2);
-    return settings;
-}
-
-TestSettings Sequential_settings(TestSettings settings, const ParsedLine& line) {
-    settings = Monte_carlo_settings(settings, line);
-    settings.SequentialTests = true;
-    settings.RepeatedLevel1 = DefaultCriticalLevel;
-    // No risk marks a sequential run: the status field tells the two kinds apart by it.
-    settings.RepeatedLevel2 = 0;
-    settings.SequentialLimit = DefaultLimit;
-    if (line.NumericCount >= 3) {
-        settings.RepeatedLevel1 = line.NumericParameters[2] / 1000.0;
-        settings.SequentialLimit = line.NumericParameters[2];
-    }
-    settings.SimBoundary = NoBoundary;
-    return settings;
-}
-
-TestSettings Asymptotic_settings(TestSettings settings) {
-    settings.ExactTests = false;
-    settings.SequentialTests = false;
-    return settings;
-}
 
 void Register_test_settings_commands() {
     Register_command(Setting("EXA", "EXACT", EXACT, "Monte Carlo exact p-values", ExactHelp));

@@ -88,9 +88,4 @@ struct HomogeneityAnalysis {
 HomogeneityAnalysis Analyse_homogeneity(const LocalHypothesis& hypothesis,
                                         const LocalResult& result);
 
-std::vector<std::string> Fitted_gamma_lines(const FittedGamma& gamma);
-
-std::vector<std::string> Homogeneity_lines(const LocalHypothesis& hypothesis,
-                                           const HomogeneityAnalysis& analysis);
-
 }  // namespace tarven

@@ -1,3 +1,5 @@
+#include "tables/ordinal/gamma_homogeneity_report.h"
+
 #include <fmt/format.h>
 
 #include <cmath>
@@ -5,7 +7,7 @@
 #include "shell/fields.h"
 #include "tables/independence/multiple_testing_report.h"
 #include "tables/independence/summary_report.h"
-#include "tables/ordinal/gamma_homogeneity.h"
+#include "tables/ordinal/weighted_estimate_report.h"
 
 namespace tarven {
 

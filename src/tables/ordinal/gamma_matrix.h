@@ -23,8 +23,4 @@ struct GammaMatrix {
 /// `tables` holds the two-way tables of the pairs, i < j, i ascending, then j.
 GammaMatrix Gammas_of_pairs(const std::string& labels, std::span<const TwoWayTable> tables);
 
-/// The coefficients above the diagonal and their one-sided p-values below, or the generalized odds
-/// ratios.
-std::vector<std::string> Gamma_matrix_lines(const GammaMatrix& matrix, bool odds_ratios);
-
 }  // namespace tarven

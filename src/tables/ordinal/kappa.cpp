@@ -1,12 +1,9 @@
 #include "tables/ordinal/kappa.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <cassert>
 #include <cmath>
 
-#include "shell/fields.h"
 #include "tables/numbers/distributions.h"
 
 namespace tarven {
@@ -50,20 +47,6 @@ KappaRecord Kappa_of_table(const TwoWayTable& counts) {
         result.p = std::min(1.0, 2 * Normal_p(std::abs(result.z)));
     }
     return result;
-}
-
-std::vector<std::string> Kappa_heading() {
-    return {"Kappa coefficients", "",
-            "         n  agreement  expected   kappa    s.e.       z      p"};
-}
-
-std::string Kappa_line(const std::string& labels, const KappaRecord& record) {
-    const std::string line =
-        fmt::format("{} {}   {}  {}", Left(labels, 4), Field(record.n, 5),
-                    Field(record.agreement, 8, 3), Field(record.expected, 8, 3));
-    if (!record.defined) return line + "   not defined";
-    return line + fmt::format("  {}  {}  {}  {}", Field(record.kappa, 6, 3), Field(record.se, 6, 3),
-                              Field(record.z, 6, 2), Field(record.p, 5, 3));
 }
 
 }  // namespace tarven

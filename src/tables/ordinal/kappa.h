@@ -1,8 +1,5 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "tables/table/two_way.h"
 
 namespace tarven {
@@ -22,9 +19,5 @@ struct KappaRecord {
 /// Of a square table with margins. Cohen (1960), Educ. Psychol. Meas. 20, 37-46; both standard
 /// errors from Fleiss, Cohen & Everitt (1969), Psychol. Bull. 72, 323-327.
 KappaRecord Kappa_of_table(const TwoWayTable& counts);
-
-std::vector<std::string> Kappa_heading();
-/// labels: of the two variables, "A&B".
-std::string Kappa_line(const std::string& labels, const KappaRecord& record);
 
 }  // namespace tarven

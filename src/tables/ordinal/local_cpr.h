@@ -58,6 +58,4 @@ double Local_cpr(double g, int t);
 /// Of counts[1..R][1..C], both variables ordinal; margins are not read. Cost: (R*C)^2.
 LocalAnalysis Analysis_of_local_tables(const TwoWayTable& counts);
 
-std::vector<std::string> Local_analysis_lines(const LocalAnalysis& analysis);
-
 }  // namespace tarven

@@ -1,7 +1,8 @@
+#include "tables/ordinal/local_cpr_report.h"
+
 #include <fmt/format.h>
 
 #include "shell/fields.h"
-#include "tables/ordinal/local_cpr.h"
 
 namespace tarven {
 

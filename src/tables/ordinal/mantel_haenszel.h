@@ -1,8 +1,6 @@
 #pragma once
 
 #include <span>
-#include <string>
-#include <vector>
 
 #include "tables/table/two_way.h"
 
@@ -25,11 +23,5 @@ MantelHaenszel Mantel_haenszel(std::span<const TwoWayTable> strata);
 /// concordance; for a 2 by 2 table it is the odds ratio. inf at 1. Agresti (1980), Biometrics 36,
 /// 59-67.
 double Generalized_odds_ratio(double gamma);
-
-/// The two lines of a hypothesis in the table of MANTEL: the Mantel-Haenszel estimate, and the
-/// partial gamma with its standard error under independence.
-std::vector<std::string> Mantel_lines(const std::string& label, const MantelHaenszel& estimate,
-                                      double gamma, double gamma_se);
-std::vector<std::string> Mantel_heading();
 
 }  // namespace tarven

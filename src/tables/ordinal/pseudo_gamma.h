@@ -72,8 +72,4 @@ PseudoGammaSimulation Simulate_pseudo_gamma(std::span<const ExpectedTable> expec
 PseudoGammaAnalysis Analyse_pseudo_gamma(const LocalHypothesis& hypothesis,
                                          const TestSettings& settings, const StopCheck& stop = {});
 
-std::vector<std::string> Pseudo_gamma_lines(const LocalHypothesis& hypothesis,
-                                            const PseudoGammaAnalysis& analysis,
-                                            const TestSettings& settings);
-
 }  // namespace tarven

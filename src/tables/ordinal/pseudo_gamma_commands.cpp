@@ -8,7 +8,7 @@
 #include "shell/user.h"
 #include "tables/independence/independence_commands.h"
 #include "tables/ordinal/gamma_commands.h"
-#include "tables/ordinal/pseudo_gamma.h"
+#include "tables/ordinal/pseudo_gamma_report.h"
 #include "tables/table/table_workspace.h"
 #include "tables/table/tabulate.h"
 

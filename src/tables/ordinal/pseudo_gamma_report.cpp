@@ -1,3 +1,5 @@
+#include "tables/ordinal/pseudo_gamma_report.h"
+
 #include <fmt/format.h>
 
 #include <cmath>
@@ -5,7 +7,6 @@
 #include "shell/fields.h"
 #include "tables/independence/multiple_testing_report.h"
 #include "tables/independence/summary_report.h"
-#include "tables/ordinal/pseudo_gamma.h"
 
 namespace tarven {
 

@@ -1,9 +1,10 @@
+#include "tables/ordinal/weighted_estimate_report.h"
+
 #include <fmt/format.h>
 
 #include <cmath>
 
 #include "shell/fields.h"
-#include "tables/ordinal/weighted_estimate.h"
 
 namespace tarven {
 

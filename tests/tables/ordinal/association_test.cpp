@@ -5,10 +5,10 @@
 #include <cmath>
 
 #include "support/session.h"
-#include "tables/ordinal/gamma_matrix.h"
+#include "tables/ordinal/gamma_matrix_report.h"
 #include "tables/ordinal/gammas_workspace.h"
 #include "tables/ordinal/kappa.h"
-#include "tables/ordinal/mantel_haenszel.h"
+#include "tables/ordinal/mantel_haenszel_report.h"
 
 namespace tarven {
 namespace {

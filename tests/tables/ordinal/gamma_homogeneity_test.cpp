@@ -8,6 +8,7 @@
 #include "support/reference_figures.h"
 #include "support/session.h"
 #include "tables/numbers/distributions.h"
+#include "tables/ordinal/weighted_estimate_report.h"
 
 namespace tarven {
 namespace {

@@ -1,5 +1,3 @@
-#include "tables/ordinal/pseudo_gamma.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -10,6 +8,7 @@
 #include "support/reference_figures.h"
 #include "support/session.h"
 #include "tables/numbers/stream_workspace.h"
+#include "tables/ordinal/pseudo_gamma_report.h"
 #include "tables/table/contingency_table.h"
 #include "tables/table/table_workspace.h"
 
