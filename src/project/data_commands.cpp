@@ -60,7 +60,8 @@ Outcome MISSING() {
     std::vector<int> variables;
     if (!Variables_of_command(variables)) return Outcome::refused;
     MissingResult result;
-    const std::string failure = Read_cases(Cases_of_project(), Data_source(), Count_missing(variables, result));
+    const std::string failure =
+        Read_cases(Cases_of_project(), Data_source(), Count_missing(variables, result));
     if (!failure.empty()) {
         ShowMessage(failure);
         return Outcome::done;

@@ -88,10 +88,11 @@ TEST_F(Making, AgreesWithTheFiguresOfEveryExample) {
         const auto N = static_cast<std::size_t>(The_project.N);
         const std::string labels = figures.at("labels");
         std::vector<std::map<int, int>> counts(N);
-        Read_cases(Cases_of_project(), DataSource::tabdata, [&](const std::uint8_t* codes, std::int32_t count) {
-            for (std::size_t v = 0; v < N; ++v) counts[v][codes[v]] += count;
-            return true;
-        });
+        Read_cases(Cases_of_project(), DataSource::tabdata,
+                   [&](const std::uint8_t* codes, std::int32_t count) {
+                       for (std::size_t v = 0; v < N; ++v) counts[v][codes[v]] += count;
+                       return true;
+                   });
         for (std::size_t v = 0; v < N; ++v) {
             const std::string label(1, labels[v]);
             EXPECT_EQ(counts[v][0], figures.at("missing").at(label)) << label;
