@@ -48,7 +48,7 @@ void Cut_messages(std::vector<std::string>& messages) {
 }
 
 /// Where a line stands and what was expected of it, behind the line itself.
-struct Place {
+struct PlaceInFile {
     const std::string& file;
     std::size_t line_index;
 
@@ -57,7 +57,7 @@ struct Place {
     }
 };
 
-void Read_condition(const std::string& line, const Place& place, DefFile& def) {
+void Read_condition(const std::string& line, const PlaceInFile& place, DefFile& def) {
     RangeCondition condition;
     const bool read = To_integer(Get_word(1, line), condition.column) &&
                       To_real(Get_word(2, line), condition.lower) &&
@@ -74,7 +74,7 @@ void Read_condition(const std::string& line, const Place& place, DefFile& def) {
     if (read) def.conditions.push_back(condition);
 }
 
-void Read_selection(const std::string& line, const Place& place, DefFile& def) {
+void Read_selection(const std::string& line, const PlaceInFile& place, DefFile& def) {
     const int words = Word_count(line);
     if (words == 0) return;
     ValueSelection selection;
@@ -128,16 +128,16 @@ DefFile Read_DEF_file(const std::vector<std::string>& file, const std::string& n
     const std::string length = fmt::format(
         "the number of values in a record of the DAT file, 1 to {}, is expected", MaxRecordLength);
     if (lines.empty()) {
-        def.messages.push_back("DEFfile error: the file is empty" + Place{name, 0}(length));
+        def.messages.push_back("DEFfile error: the file is empty" + PlaceInFile{name, 0}(length));
         return def;
     }
     if (!To_integer(Get_word(1, lines[0]), def.NTAL) || def.NTAL < 1)
-        def.messages.push_back("DEFfile error: " + lines[0] + Place{name, 0}(length));
+        def.messages.push_back("DEFfile error: " + lines[0] + PlaceInFile{name, 0}(length));
 
     Section section = Section::conditions;
     for (std::size_t line_index = 1; line_index < lines.size(); ++line_index) {
         const std::string& line = lines[line_index];
-        const Place place{name, line_index};
+        const PlaceInFile place{name, line_index};
         if (section == Section::title && def.title.empty()) {
             // Whatever the line holds, a keyword included.
             def.title = line.substr(0, MaxTextLength);

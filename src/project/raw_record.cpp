@@ -19,7 +19,7 @@ namespace {
 
 enum class WordKind : std::uint8_t { number, no_number, unreadable };
 
-RecordReading Failed(std::string error) {
+RecordReading Failed_reading(std::string error) {
     return {.ok = false, .at_end = false, .error = std::move(error)};
 }
 
@@ -172,7 +172,7 @@ RecordReading Read_record(LineReader& file, int NTAL, std::vector<double>& value
                           const std::string_view* first_line,
                           std::vector<WordOfNoNumber>* no_numbers) {
     if (const std::string failure = Failure_of_length(NTAL); !failure.empty())
-        return Failed(failure);
+        return Failed_reading(failure);
     values.resize(static_cast<std::size_t>(NTAL) + 1);
     std::int64_t count = 0;
     std::string_view line;
@@ -182,9 +182,9 @@ RecordReading Read_record(LineReader& file, int NTAL, std::vector<double>& value
         if (first_line) {
             line = *std::exchange(first_line, nullptr);
         } else if (!file.Next(line)) {
-            if (!file.failure().empty()) return Failed("Error reading data: " + file.failure());
+            if (!file.failure().empty()) return Failed_reading("Error reading data: " + file.failure());
             if (count == 0) return {.ok = false, .at_end = true, .error = {}};
-            return Failed(fmt::format("Error reading data: Missing records ({})", file.Place()));
+            return Failed_reading(fmt::format("Error reading data: Missing records ({})", file.Place()));
         }
         const char* at = line.data();
         const char* const end = at + line.size();
@@ -210,10 +210,10 @@ RecordReading Read_record(LineReader& file, int NTAL, std::vector<double>& value
             values[static_cast<std::size_t>(count)] = kind == WordKind::number ? value : NotANumber;
         }
         if (count > NTAL)
-            return Failed(fmt::format("Error reading data: Too many variables ({}) in {} ({})",
+            return Failed_reading(fmt::format("Error reading data: Too many variables ({}) in {} ({})",
                                       count, Line_for_message(line), file.Place()));
         if (!unreadable.empty())
-            return Failed(fmt::format("Error reading data: Non-numerical data: \"{}\" ({})",
+            return Failed_reading(fmt::format("Error reading data: Non-numerical data: \"{}\" ({})",
                                       Line_for_message(unreadable), file.Place()));
     }
     return {.ok = true, .at_end = false, .error = {}};

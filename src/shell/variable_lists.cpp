@@ -6,6 +6,7 @@
 #include "shell/limits.h"
 #include "shell/text.h"
 #include "shell/user.h"
+#include "shell/words.h"
 
 namespace tarven {
 
@@ -18,9 +19,6 @@ struct Rule {
     int score = -1;  ///< code of "#"; -1: not allowed
 };
 
-bool Is_digit(char c) {
-    return c >= '0' && c <= '9';
-}
 bool Is_tolerated(char c) {
     return c == '-' || c == '+' || c == '?' || c == '*';
 }

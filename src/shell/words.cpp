@@ -7,10 +7,6 @@ namespace tarven {
 
 namespace {
 
-bool Is_digit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 std::string_view Trimmed(std::string_view text) {
     const auto first = text.find_first_not_of(' ');
     if (first == std::string_view::npos) return {};

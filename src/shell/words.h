@@ -16,6 +16,11 @@ inline constexpr int MaxNumbers = 58;  ///< digit runs taken from one line
 inline constexpr int MaxReals = 59;    ///< reals taken from one line
 inline constexpr double NoReal = -32000.0;
 
+/// The digits 0 to 9, whatever the locale.
+constexpr bool Is_digit(char c) {
+    return c >= '0' && c <= '9';
+}
+
 /// What a whole text is, leading and trailing blanks aside.
 enum class StringType : std::uint8_t {
     empty = 0,

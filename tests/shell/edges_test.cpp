@@ -84,7 +84,7 @@ TEST(Text, OfALineComesBackWithEveryLetter) {
     for (int k = 0; k < 200; ++k) {
         std::string bytes;
         std::size_t count = 0;
-        for (unsigned n = random() % 12; n > 0; --n, ++count) bytes += letters[random() % 9];
+        for (auto n = random() % 12; n > 0; --n, ++count) bytes += letters[random() % 9];
         const std::string line = To_line(bytes);
         EXPECT_EQ(To_utf8(line), bytes);
         EXPECT_EQ(To_utf8(Printable(line)), bytes);

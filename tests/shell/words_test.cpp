@@ -113,7 +113,7 @@ TEST(Words, LoseNoCharacter) {
     std::mt19937 random(3);
     for (int k = 0; k < 500; ++k) {
         std::string text;
-        for (unsigned n = random() % 40; n > 0; --n) text += " a\t1.$?"[random() % 7];
+        for (auto n = random() % 40; n > 0; --n) text += " a\t1.$?"[random() % 7];
         std::string joined, bare;
         for (int i = 1; i <= Word_count(text); ++i) joined += Get_word(i, text);
         for (const char c : text)

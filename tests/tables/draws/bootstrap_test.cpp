@@ -21,7 +21,7 @@ CellStore Store(const std::vector<std::int32_t>& counts) {
 TEST(Bootstrap, DrawsEachCaseEquallyOften) {
     const CellStore store = Store({10, 0, 30, 60});
     RandomStream stream{9};
-    std::int64_t drawn[3][3] = {};
+    double drawn[3][3] = {};
     for (int k = 0; k < 400; ++k) {
         const CellStore sample = Bootstrap_sample(store, 100, stream);
         EXPECT_EQ(Cases_of(sample), 100);

@@ -84,16 +84,16 @@ TEST(PrintTable, StrataAtAMarginArePrintedOnlyWhenAskedFor) {
     Add_margins(table);
     const std::vector<double> fitted(table.cells.begin(), table.cells.end());
     const auto heads = [&](const TableOptions& options) {
-        std::vector<std::string> heads;
+        std::vector<std::string> found;
         std::string text;
         Print_table(table, options, fitted, [&](const std::string& line) {
-            if (line.find("+ C") != std::string::npos) heads.push_back(line.substr(5));
+            if (line.find("+ C") != std::string::npos) found.push_back(line.substr(5));
             text += line + "\n";
         });
         EXPECT_EQ(options.FittedCounts,
                   text.find("   fit |   0.0 |   7.0 |   7.0 |") != std::string::npos)
             << text;
-        return heads;
+        return found;
     };
     EXPECT_EQ(heads({}), (std::vector<std::string>{"+ C = 1", "+ C = 2", "+ C = 3"}));
     EXPECT_EQ(heads({.PrintMarginals = true, .FittedCounts = true}).back(), "+ C = TOTAL");
