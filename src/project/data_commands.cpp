@@ -4,7 +4,7 @@
 
 #include "project/data.h"
 #include "project/data_listing.h"
-#include "project/frequencies.h"
+#include "project/frequencies_report.h"
 #include "project/listed_variables.h"
 #include "project/make.h"
 #include "project/missing_report.h"

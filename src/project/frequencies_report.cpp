@@ -1,6 +1,7 @@
+#include "project/frequencies_report.h"
+
 #include <fmt/format.h>
 
-#include "project/frequencies.h"
 #include "shell/fields.h"
 
 namespace tarven {
