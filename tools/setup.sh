@@ -2,8 +2,8 @@
 # installed when this user may install them, and named otherwise.
 
 build_packages=(g++ cmake ninja-build pkg-config libfmt-dev libcli11-dev libedit-dev)
-check_packages=("${build_packages[@]}" clang libclang-rt-14-dev clang-format libgtest-dev
-                libbenchmark-dev nlohmann-json3-dev python3 mandoc)
+check_packages=("${build_packages[@]}" clang libclang-rt-14-dev clang-format clang-tidy
+                libgtest-dev libbenchmark-dev nlohmann-json3-dev python3 mandoc)
 
 # need PACKAGE...: all of them are installed when this returns.
 need() {

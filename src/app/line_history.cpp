@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::size_t ShortestLine = 3;
 constexpr std::size_t LongestLine = 1000;
-constexpr off_t MostBytes = 256 * 1024;  ///< read from the end of the file
+constexpr off_t MostBytes = off_t{256} * 1024;  ///< read from the end of the file
 constexpr int LockTrials = 20;
 constexpr useconds_t LockPause = 5000;  ///< microseconds
 

@@ -36,7 +36,7 @@ bool One_digit_each(const std::uint8_t* codes, int N, char* text) {
     const auto put = [&](std::uint64_t eight, int v) {
         above_nine |= eight | ((eight & 0x7F7F7F7F7F7F7F7F) + 0x7676767676767676);
         const std::uint64_t words[2] = {apart(eight & 0xFFFFFFFF), apart(eight >> 32)};
-        std::memcpy(text + 2 * v, words, sizeof words);
+        std::memcpy(text + std::ptrdiff_t{2} * v, words, sizeof words);
     };
     std::uint64_t eight = 0;
     if (N < 8) {

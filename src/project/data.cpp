@@ -133,7 +133,7 @@ std::string Read_TAB_file() {
     std::int64_t cases = 0;
     LineReader file(The_project.files.TAB.path);
     const std::vector<int> dims = Dimensions(The_project);
-    const std::string failure = Read_TAB_store(file, dims, store, cases);
+    std::string failure = Read_TAB_store(file, dims, store, cases);
     if (!failure.empty()) return failure;
     The_data.TABdata = std::move(store);
     The_data.tabdata_ready = true;

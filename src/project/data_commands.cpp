@@ -67,6 +67,7 @@ Outcome MISSING() {
         return Outcome::done;
     }
     std::vector<std::string> labels;
+    labels.reserve(variables.size());
     for (const int v : variables)
         labels.emplace_back(1, The_project.variables[static_cast<std::size_t>(v)].label);
     Write_lines(Missing_report_lines(labels, result));

@@ -123,6 +123,7 @@ bool Is_plain_file_name(const std::string& name) {
 DefFile Read_DEF_file(const std::vector<std::string>& file, const std::string& name) {
     DefFile def;
     std::vector<std::string> lines;
+    lines.reserve(file.size());
     for (const std::string& line : file) lines.push_back(Line_for_words(line));
     while (!lines.empty() && Word_count(lines.back()) == 0) lines.pop_back();
     const std::string length = fmt::format(

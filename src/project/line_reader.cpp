@@ -119,7 +119,7 @@ std::int64_t Count_lines(const std::filesystem::path& path) {
 }
 
 std::string Line_for_message(std::string_view line) {
-    std::string text = Printable(To_latin1(line.substr(0, 4 * MaxTextLength)));
+    std::string text = Printable(To_latin1(line.substr(0, std::size_t{4} * MaxTextLength)));
     if (text.size() > MaxTextLength) text.resize(MaxTextLength);
     return text;
 }

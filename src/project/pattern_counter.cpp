@@ -200,7 +200,7 @@ struct PatternCounter::CountsOfWords : PatternCounter::Counts {
 
     std::string Move_to(CellStore& store) override {
         Settle();
-        const std::string failure =
+        std::string failure =
             overflowed ? Failure_of_overflow(N()) : Init_TABdata(store, Ncells(), N());
         const Run run = runs.empty() ? Run() : std::move(runs.back());
         runs.clear();

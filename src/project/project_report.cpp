@@ -68,7 +68,7 @@ void Append_relationships(const ProjectDefinition& project, std::vector<std::str
         if (labels.size() == 1) line = fmt::format("  {}: {}", b, labels);
         if (!later.empty()) line += (labels.size() == 1 ? " may depend on " : " and on ") + later;
         lines.push_back(line);
-        later = labels + later;
+        later.insert(0, labels);
     }
 }
 

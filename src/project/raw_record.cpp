@@ -182,9 +182,11 @@ RecordReading Read_record(LineReader& file, int NTAL, std::vector<double>& value
         if (first_line) {
             line = *std::exchange(first_line, nullptr);
         } else if (!file.Next(line)) {
-            if (!file.failure().empty()) return Failed_reading("Error reading data: " + file.failure());
+            if (!file.failure().empty())
+                return Failed_reading("Error reading data: " + file.failure());
             if (count == 0) return {.ok = false, .at_end = true, .error = {}};
-            return Failed_reading(fmt::format("Error reading data: Missing records ({})", file.Place()));
+            return Failed_reading(
+                fmt::format("Error reading data: Missing records ({})", file.Place()));
         }
         const char* at = line.data();
         const char* const end = at + line.size();
@@ -210,11 +212,12 @@ RecordReading Read_record(LineReader& file, int NTAL, std::vector<double>& value
             values[static_cast<std::size_t>(count)] = kind == WordKind::number ? value : NotANumber;
         }
         if (count > NTAL)
-            return Failed_reading(fmt::format("Error reading data: Too many variables ({}) in {} ({})",
-                                      count, Line_for_message(line), file.Place()));
+            return Failed_reading(
+                fmt::format("Error reading data: Too many variables ({}) in {} ({})", count,
+                            Line_for_message(line), file.Place()));
         if (!unreadable.empty())
             return Failed_reading(fmt::format("Error reading data: Non-numerical data: \"{}\" ({})",
-                                      Line_for_message(unreadable), file.Place()));
+                                              Line_for_message(unreadable), file.Place()));
     }
     return {.ok = true, .at_end = false, .error = {}};
 }

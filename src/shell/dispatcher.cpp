@@ -51,6 +51,7 @@ std::string Kind_of_test() {
 
 /// Runs a command, its needs, its panels and its report. The record is copied, for a command may
 /// leave the mode that holds it.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 Outcome Run_command(const Command command) {
     if (!Needs_hold(command.needs)) return Outcome::refused;
     if (command.report == Report::opened) Open_report();

@@ -76,6 +76,9 @@ std::string Limit(const char* text, std::int64_t number) {
 }  // namespace
 
 std::vector<std::string> Limits_lines() {
+    const std::string additions =
+        "Use the SHOW N command to get a list of additions to TARVEN since the publication of the "
+        "2003 User Guide";
     return {
         "The current version of TARVEN has the following limitations:",
         "",
@@ -97,8 +100,7 @@ std::vector<std::string> Limits_lines() {
         Limit("Number of items =                         ", MaxBootstrapItems),
         Limit("Maximum item score =                      ", MaxItemScore),
         "",
-        "Use the SHOW N command to get a list of additions to TARVEN since the publication of the "
-        "2003 User Guide",
+        additions,
         "",
         "A \"?\" after a command will print some information on some (eventually all) commands.",
         "",

@@ -49,7 +49,7 @@ Command Setting(std::string keyword, std::string spelling, std::function<Outcome
 
 /// Sets one flag and reports what it means.
 std::function<Outcome()> Flag(bool TestSettings::*flag, bool value, std::string says) {
-    return [flag, value, says] {
+    return [flag, value, says = std::move(says)] {
         The_settings.*flag = value;
         Write_report(says);
         return Outcome::done;
@@ -57,7 +57,7 @@ std::function<Outcome()> Flag(bool TestSettings::*flag, bool value, std::string 
 }
 
 std::function<Outcome()> Statistic_choice(bool chi_square, bool power, std::string says) {
-    return [=] {
+    return [chi_square, power, says = std::move(says)] {
         The_settings.ChiSquare = chi_square;
         The_settings.PowerDivergence = power;
         Write_report(says);

@@ -172,9 +172,9 @@ bool Walk_to(const Ratios& ratios, const CellDraw& cell, double p0, double U, do
     index = 0;
     std::int64_t k = 0;
     do {
-        for (int step = 1; step <= group; ++step) {
-            sum[2 * step - 1] = sum[2 * step - 2] + walk.Up();
-            sum[2 * step] = sum[2 * step - 1] + walk.Down();
+        for (std::size_t last = 2; last < sum.size(); last += 2) {
+            sum[last - 1] = sum[last - 2] + walk.Up();
+            sum[last] = sum[last - 1] + walk.Down();
         }
         int short_of_U = 0;
         for (const double s : sum) short_of_U += s < U;
@@ -188,7 +188,7 @@ bool Walk_to(const Ratios& ratios, const CellDraw& cell, double p0, double U, do
             return over > bound && missing > bound;
         }
         k += group;
-        sum[0] = sum[2 * group];
+        sum[0] = sum.back();
     } while (k + group <= both);
     return Walk_on(walk, cell, k, both, longer, sum[0], U, bound, index);
 }

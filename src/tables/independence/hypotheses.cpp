@@ -146,6 +146,7 @@ HypothesisList Elaborate_hypotheses(const HypothesisVariables& variables, int v1
         for (int k = 0; k < size; ++k) at[static_cast<std::size_t>(k)] = k;
         while (true) {
             std::vector<int> z;
+            z.reserve(at.size());
             for (const int k : at) z.push_back(candidates[static_cast<std::size_t>(k)]);
             if (!Append(list, Make_hypothesis(variables.Nvar, v1, v2, z))) return list;
             int moved = size - 1;  // the last position that can still move up

@@ -8,7 +8,7 @@ namespace tarven {
 /// told by the arguments of each operation.
 struct Matrix {
     static constexpr int Capacity = 40;
-    std::vector<double> entries = std::vector<double>(Capacity * Capacity);
+    std::vector<double> entries = std::vector<double>(std::size_t{Capacity} * Capacity);
 
     double& operator()(int i, int j) { return entries[Offset(i, j)]; }
     double operator()(int i, int j) const { return entries[Offset(i, j)]; }
@@ -16,7 +16,7 @@ struct Matrix {
 
   private:
     static std::size_t Offset(int i, int j) {
-        return static_cast<std::size_t>((i - 1) * Capacity + (j - 1));
+        return static_cast<std::size_t>(i - 1) * Capacity + static_cast<std::size_t>(j - 1);
     }
 };
 

@@ -98,6 +98,7 @@ ConditioningSet Analyse_set(const LocalHypothesis& hypothesis,
     std::map<std::vector<int>, GammaSums> sums;
     for (std::size_t s = 0; s < of_slices.size(); ++s) {
         std::vector<int> level;
+        level.reserve(members.size());
         for (const std::size_t m : members) level.push_back(hypothesis.slices[s].category[m]);
         sums[level] += of_slices[s];
     }

@@ -163,8 +163,8 @@ std::int64_t OrderSearch::Search_row_orders() {
         for (int k = i + 1; k < r; ++k) Add_row_pair(i, k, 1);
     std::int64_t best = ordering_.Largest_sum(column_pairs_);
     row_order_ = rows.order;
-    const double orders = Orders(rows_.size(), true);
-    for (double n = 1; n < orders; ++n) {
+    const auto orders = static_cast<std::int64_t>(Orders(rows_.size(), true));
+    for (std::int64_t n = 1; n < orders; ++n) {
         std::size_t first = 0, second = 0;
         rows.Exchange(first, second);
         Add_row_pair(static_cast<int>(first), static_cast<int>(second), -2);
