@@ -82,7 +82,7 @@ SavedReport Save_somewhere(const ReportAtHand& report) {
     if (has_project) folders.insert(folders.begin(), report.first_stage.parent_path());
     SavedReport first;
     for (const fs::path& folder : folders) {
-        const SavedReport saved = Save_in(folder, name, report.bytes);
+        SavedReport saved = Save_in(folder, name, report.bytes);
         if (saved.failure.empty()) return saved;
         if (first.failure.empty()) first = saved;
     }

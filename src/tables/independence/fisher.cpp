@@ -122,7 +122,7 @@ void Fill_cell(Walk& w, int i, int j, std::int32_t column_left, std::int32_t row
             Start_column(w, j + 1, log_so_far);
         else
             Fill_cell(w, i + 1, j, column_left - n,
-                      rows_below - w.row_left[static_cast<std::size_t>(i + 1)], log_so_far);
+                      rows_below - w.row_left[static_cast<std::size_t>(i) + 1], log_so_far);
         left += n;
     }
 }
