@@ -10,7 +10,7 @@ namespace {
 
 std::string Row_line(int number, const TwoWayTable& counts, int i) {
     std::string line = Field(number, 4) + " ";
-    for (int j = 1; j <= counts.columns; ++j) line += Field(counts(i, j), 4);
+    for (int j = 1; j <= counts.columns; ++j) line = Beside(line, Field(counts(i, j), 4));
     return line;
 }
 

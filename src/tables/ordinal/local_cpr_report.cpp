@@ -34,8 +34,8 @@ std::vector<std::string> Parallel_lines(const std::vector<LocalAnalysis::Paralle
     std::vector<std::string> lines;
     for (const LocalAnalysis::Parallel& pair : pairs) {
         const LocalSummary& s = pair.summary;
-        const std::string counts = Left(fmt::format("{}-{}", pair.first, pair.second), 6) +
-                                   Field(s.C, 11) + Field(s.D, 12);
+        const std::string rows = Left(fmt::format("{}-{}", pair.first, pair.second), 6);
+        const std::string counts = Beside(Beside(rows, Field(s.C, 11)), Field(s.D, 12));
         lines.push_back(Beside(counts, Coefficient(s.defined, s.gamma, 6)) +
                         Coefficient(s.defined, s.cpr, 7));
     }

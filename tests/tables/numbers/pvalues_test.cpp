@@ -39,7 +39,7 @@ TEST(BinomialTails, AddUpAndKnowTheirEnds) {
     std::mt19937 random(2);
     for (int k = 0; k < 200; ++k) {
         const std::int64_t n = 1 + random() % 300, x = random() % (n + 1);
-        const double p = (random() % 1001) / 1000.0;
+        const double p = static_cast<double>(random() % 1001) / 1000.0;
         const BinomialTails tails = Binomial_tails(n, x, p);
         const BinomialTails failures = Binomial_tails(n, n - x, 1 - p);
         EXPECT_NEAR(tails.upper, failures.lower, 1e-13) << n << " " << x << " " << p;
