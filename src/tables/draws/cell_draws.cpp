@@ -21,6 +21,7 @@ constexpr std::size_t pool_size = 1 << 16;
 constexpr std::size_t longest_kept_row = 256;
 constexpr std::int32_t met_often = 4;
 constexpr std::int64_t largest_kept_margin = 32767;
+constexpr double bound_within_tables = 0x1p-37;  // Bound_of_logs(FactorTableTop)
 constexpr std::int32_t top_threshold = std::numeric_limits<std::int32_t>::max();
 
 std::size_t Offset(std::int64_t n) {
@@ -193,6 +194,61 @@ bool Walk_to(const Ratios& ratios, const CellDraw& cell, double p0, double U, do
     return Walk_on(walk, cell, k, both, longer, sum[0], U, bound, index);
 }
 
+/// The value for U by products, for N up to ProductTop; false when the bound leaves it open or U
+/// lies beyond the range of the side that is shorter. Four pairs of values are met at a time,
+/// without a branch; beyond the range of the cell they add nothing.
+bool Walk_by_products(const FactorialFactors& f, std::int64_t r, std::int64_t c, std::int64_t N,
+                      double U, double bound, std::int32_t& value) {
+    using Two = double __attribute__((vector_size(16)));
+    const double* inverse = f.inverse_share.data();
+    const double* of_x = f.share();
+    const double* of_rest = f.share() + (N - r - c);
+    const double* of_row = f.share_backwards() - r;
+    const double* of_column = f.share_backwards() - c;
+    const double whole = ((inverse[r] * inverse[N - r]) * (inverse[c] * inverse[N - c])) * of_x[N];
+    const auto p_of_two = [&](std::int64_t x) {  // of x and x + 1
+        const auto at = [x](const double* place) {
+            Two two;
+            std::memcpy(&two, place + x, sizeof two);
+            return two;
+        };
+        return (at(of_x) * at(of_rest)) * (at(of_row) * at(of_column)) * whole;
+    };
+    const std::int64_t x0 =
+        Rounded(static_cast<double>(c) / static_cast<double>(N) * static_cast<double>(r));
+    // Cumulative sums: -1, that up to here, four that end above x0 and four that end below; their
+    // places in outward order, and the values there.
+    std::array<double, 10> sum;
+    constexpr std::array<std::uint8_t, 10> place = {0, 1, 2, 6, 3, 7, 4, 8, 5, 9};
+    constexpr std::array<std::int8_t, 9> step = {0, 1, -1, 2, -2, 3, -3, 4, -4};
+    constexpr std::array<std::int8_t, 9> side = {0, 1, -1, 1, -1, 1, -1, 1, -1};
+    sum[0] = -1;
+    sum[1] = ((of_x[x0] * of_rest[x0]) * (of_row[x0] * of_column[x0])) * whole;
+    for (std::int64_t k = 0;; k += 4) {
+        const Two up_1 = p_of_two(x0 + k + 1), up_3 = p_of_two(x0 + k + 3);
+        const Two down_2 = p_of_two(x0 - k - 2), down_4 = p_of_two(x0 - k - 4);
+        const Two both_1 = up_1 + Two{down_2[1], down_2[0]};
+        const Two both_3 = up_3 + Two{down_4[1], down_4[0]};
+        const double sum_1 = sum[1] + both_1[0], sum_2 = sum[1] + (both_1[0] + both_1[1]);
+        const double sum_3 = sum_2 + both_3[0], sum_4 = sum_2 + (both_3[0] + both_3[1]);
+        const Two above_1 = Two{sum[1], sum_1} + up_1, above_3 = Two{sum_2, sum_3} + up_3;
+        const Two below_1 = {sum_1, sum_2}, below_3 = {sum_3, sum_4};
+        std::memcpy(&sum[2], &above_1, sizeof above_1);
+        std::memcpy(&sum[4], &above_3, sizeof above_3);
+        std::memcpy(&sum[6], &below_1, sizeof below_1);
+        std::memcpy(&sum[8], &below_3, sizeof below_3);
+        const auto short_of_U = (above_1 < U) + (above_3 < U) + (below_1 < U) + (below_3 < U);
+        const auto index = static_cast<std::size_t>((sum[1] < U) - short_of_U[0] - short_of_U[1]);
+        if (index < step.size()) {
+            value = static_cast<std::int32_t>(x0 + step[index] + side[index] * k);
+            const double over = sum[place[index + 1]] - U, missing = U - sum[place[index]];
+            return (over > bound) & (missing > bound);
+        }
+        if (k + 4 > std::min(std::min(x0, N - r - c + x0), std::min(r, c) - x0)) return false;
+        sum[1] = sum_4;
+    }
+}
+
 /// The prescribed cumulative sums of a cell, made as far as they are asked for.
 struct PrescribedSums {
     const CellDraw& cell;
@@ -236,6 +292,13 @@ void FactorialFactors::Cover(std::int64_t top) {
         mantissa.push_back(static_cast<double>(m));
         inverse_mantissa.push_back(static_cast<double>(1 / m));
         exponent.push_back(static_cast<std::int32_t>(whole));
+        if (n <= ProductTop + static_cast<std::int64_t>(Margin)) {
+            const int power = static_cast<int>(whole) - static_cast<int>(Scale * n);
+            const double share = std::ldexp(inverse_mantissa.back(), -power);
+            padded_share[Margin + Offset(n)] = share;
+            backward_share[Offset(ProductTop + static_cast<std::int64_t>(Margin) - n)] = share;
+            inverse_share.push_back(std::ldexp(mantissa.back(), power));
+        }
         const Extended g = std::exp(L - static_cast<Extended>(log_before));
         padded_ratio.push_back(n > 0 ? static_cast<double>(g) : 0);
         inverse_ratio.push_back(static_cast<double>(1 / g));
@@ -308,8 +371,17 @@ void DrawMemory::Keep_row(Slot& slot, const CellDraw& cell) {
     pool_.insert(pool_.end(), groups.begin() + 16, groups.end());
 }
 
-std::int32_t DrawMemory::Walk(const CellDraw& cell, double U) {
-    constexpr double bound_within_tables = 0x1p-37;  // Bound_of_logs(FactorTableTop)
+std::int32_t DrawMemory::Walk(std::int64_t r, std::int64_t c, std::int64_t N, double U) {
+    constexpr double bound = bound_within_tables + 0x1p-49 * (FactorialFactors::ProductTop + 2);
+    std::int32_t value = 0;
+    const bool covered = N + static_cast<std::int64_t>(FactorialFactors::Margin) < factors_.size();
+    if (covered && N <= FactorialFactors::ProductTop &&
+        Walk_by_products(factors_, r, c, N, U, bound, value))
+        return value;
+    return Walk_by_ratios(Fast_cell_draw(r, c, N), U);
+}
+
+std::int32_t DrawMemory::Walk_by_ratios(const CellDraw& cell, double U) {
     const std::int64_t Margin = FactorialFactors::Margin;
     if (cell.N + Margin > factors_.size()) Cover(cell.N);
     const bool tabulated = cell.N + Margin < factors_.size();
@@ -326,12 +398,13 @@ std::int32_t DrawMemory::Walk(const CellDraw& cell, double U) {
     return static_cast<std::int32_t>(Cell_for_uniform(cell, U));
 }
 
-std::int32_t DrawMemory::Cell(std::int64_t r, std::int64_t c, std::int64_t N, std::uint32_t word) {
+std::int32_t DrawMemory::Cell(std::int64_t r, std::int64_t c, std::int64_t N, std::uint32_t word,
+                              bool recurs) {
     if (r == 0) return 0;
     if (r == N) return static_cast<std::int32_t>(c);
     if (c == N) return static_cast<std::int32_t>(r);
-    if (r > largest_kept_margin || c > largest_kept_margin)
-        return Walk(Fast_cell_draw(r, c, N), word * 0x1p-32);
+    if (!recurs || r > largest_kept_margin || c > largest_kept_margin)
+        return Walk(r, c, N, word * 0x1p-32);
     const std::uint64_t key = static_cast<std::uint64_t>(N) | static_cast<std::uint64_t>(r) << 32 |
                               static_cast<std::uint64_t>(c) << 48;
     Slot& slot = slots_[(key * 0x9E3779B97F4A7C15u) >> (64 - slot_bits)];
@@ -349,7 +422,7 @@ std::int32_t DrawMemory::Cell(std::int64_t r, std::int64_t c, std::int64_t N, st
         slot.met = 1;
         slot.more = -1;
     }
-    return Walk(Fast_cell_draw(r, c, N), word * 0x1p-32);
+    return Walk(r, c, N, word * 0x1p-32);
 }
 
 bool Margins_agree(const Margins& margins) {
@@ -389,6 +462,40 @@ RandomStream Draw_cells(const Margins& margins, RandomStream stream, DrawMemory&
         left[C - 1] -= static_cast<std::int32_t>(r);
     }
     return stream;
+}
+
+void Draw_cells_side_by_side(const Margins& margins, std::array<RandomStream, SideBySide>& streams,
+                             DrawMemory& memory, CellsSideBySide* cells) {
+    const std::size_t R = margins.row.size(), C = margins.column.size();
+    CellsSideBySide* left = cells + (R - 1) * C;
+    for (std::size_t j = 0; j < C; ++j) left[j].fill(static_cast<std::int32_t>(margins.column[j]));
+    auto below = static_cast<std::int32_t>(margins.total);
+    CellsSideBySide* row = cells;
+    for (std::size_t i = 0; i + 1 < R; ++i, row += C) {
+        CellsSideBySide r, N;
+        r.fill(static_cast<std::int32_t>(margins.row[i]));
+        N.fill(below);
+        below -= r[0];
+        if (r[0] == 0) {
+            std::fill(row, row + C, CellsSideBySide{});
+            continue;
+        }
+        for (std::size_t j = 0; j + 1 < C; ++j) {
+            // Elsewhere r, c and N all vary, and seldom in the same way twice.
+            const bool recurs = i == 0 || j == 0 || margins.total <= 150;
+            for (std::size_t t = 0; t < SideBySide; ++t) {
+                const std::int32_t c = left[j][t];
+                const std::int32_t x =
+                    c == 0 ? 0 : memory.Cell(r[t], c, N[t], Random_word(streams[t]), recurs);
+                row[j][t] = x;
+                r[t] -= x;
+                N[t] -= c;
+                left[j][t] = c - x;
+            }
+        }
+        row[C - 1] = r;
+        for (std::size_t t = 0; t < SideBySide; ++t) left[C - 1][t] -= r[t];
+    }
 }
 
 void Draw_table(const Margins& margins, RandomStream& stream, DrawMemory& memory,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -33,6 +34,17 @@ struct FactorialFactors {
     std::vector<double> padded_ratio = std::vector<double>(Margin);
     static constexpr std::size_t Margin = 8;
 
+    /// For totals up to ProductTop p(x) is a plain product of 2^7n / n! and their inverses, whose
+    /// powers of two cancel and keep every product of a cell in range. The first stand after
+    /// `Margin` zeros, forwards and backwards, so that neighbouring x stand side by side.
+    static constexpr std::int64_t ProductTop = 512, Scale = 7;
+    std::vector<double> padded_share = std::vector<double>(2 * Margin + ProductTop + 1);
+    std::vector<double> backward_share = std::vector<double>(2 * Margin + ProductTop + 1);
+    std::vector<double> inverse_share;
+
+    const double* share() const { return padded_share.data() + Margin; }
+    /// Where the share of n stands at place -n.
+    const double* share_backwards() const { return backward_share.data() + Margin + ProductTop; }
     const double* ratio() const { return padded_ratio.data() + Margin; }
     std::int64_t size() const { return static_cast<std::int64_t>(inverse_ratio.size()); }
     /// Makes the tables cover 0..top; they never shrink.
@@ -83,8 +95,10 @@ class DrawMemory {
     /// Prepares for tables of this total.
     void Cover(std::int64_t total);
 
-    /// The value that a word draws for a cell with r, c and N left, N >= 1, 0 <= r, c <= N.
-    std::int32_t Cell(std::int64_t r, std::int64_t c, std::int64_t N, std::uint32_t word);
+    /// The value that a word draws for a cell with r, c and N left, N >= 1, 0 <= r, c <= N. A cell
+    /// that hardly `recurs` is drawn without looking for its row.
+    std::int32_t Cell(std::int64_t r, std::int64_t c, std::int64_t N, std::uint32_t word,
+                      bool recurs = true);
 
     /// Fills the whole row of a cell. False when it would be longer than `longest` values, or N is
     /// not covered by the tables.
@@ -104,7 +118,8 @@ class DrawMemory {
         std::int32_t threshold[8] = {};
         std::int16_t value[8] = {};
     };
-    std::int32_t Walk(const CellDraw& cell, double U);
+    std::int32_t Walk(std::int64_t r, std::int64_t c, std::int64_t N, double U);
+    std::int32_t Walk_by_ratios(const CellDraw& cell, double U);
     void Keep_row(Slot& slot, const CellDraw& cell);
     void Forget_rows();
 
@@ -123,6 +138,7 @@ class DrawMemory {
 /// - beyond the tables the ratio does not know how the logs were rounded, 9 uL, and its quotients
 /// are
 ///   rounded oftener, which is less than the 7 uL that are added for it.
+/// - a value made as one product of tabulated factors has the same nine factors and eight products.
 /// The result bounds their sum; sums of probabilities are at most 1, so it holds absolutely too.
 inline double Walk_bound(double bound_of_logs, std::int64_t terms) {
     return bound_of_logs + 0x1p-49 * static_cast<double>(terms + 2);
@@ -138,6 +154,15 @@ bool Margins_agree(const Margins& margins);
 /// cells[0..R*C-1]. The margins must agree and their total be covered. Returns the advanced stream.
 RandomStream Draw_cells(const Margins& margins, RandomStream stream, DrawMemory& memory,
                         std::int32_t* cells);
+
+/// Tables drawn side by side: cell k of table t is cells[k][t].
+inline constexpr std::size_t SideBySide = 4;
+using CellsSideBySide = std::array<std::int32_t, SideBySide>;
+
+/// Four tables with the same margins, each from a stream of its own as `Draw_cells` draws it.
+/// Within a table each draw waits for the one before, so the four are drawn in turn, cell by cell.
+void Draw_cells_side_by_side(const Margins& margins, std::array<RandomStream, SideBySide>& streams,
+                             DrawMemory& memory, CellsSideBySide* cells);
 
 /// A table with its margins, as `Random_table` draws it, whatever the margins.
 void Draw_table(const Margins& margins, RandomStream& stream, DrawMemory& memory,

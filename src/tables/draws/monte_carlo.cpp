@@ -68,6 +68,9 @@ std::vector<StratumSampler> Samplers(std::span<const ExpectedTable> strata,
     const std::int64_t share = most_outcomes / std::max<std::int64_t>(1, std::ssize(strata));
     for (const ExpectedTable& expected : strata)
         samplers.emplace_back(expected, rule, with_gamma, memory, share);
+    StreamJump replicate;
+    for (const StratumSampler& sampler : samplers) replicate.Add(sampler.Usual_draws());
+    for (StratumSampler& sampler : samplers) sampler.Look_ahead(replicate);
     return samplers;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 #include "tables/table/gamma.h"
@@ -12,6 +13,11 @@ namespace tarven {
 namespace {
 
 constexpr double most_tables_of_a_tree = 4096;
+
+// Tables up to here are scored side by side: every count has its term kept, and sums of pairs, at
+// most the square of the total, are exact in 32-bit reals.
+constexpr std::int64_t largest_total_ahead = 1024;
+constexpr std::size_t largest_width_ahead = 64;
 
 /// About how many values a cell takes among a few thousand tables.
 double Likely_values(double r, double c, double N) {
@@ -77,7 +83,12 @@ void StratumSampler::Prepare() {
         return std::count_if(margin.begin(), margin.end() - 1, [](auto n) { return n > 0; });
     };
     draws_are_constant_ = with_cases(margins_.row) == 1;
-    for (auto k = with_cases(margins_.column); k > 0; --k) all_draws_.Add_draw();
+    for (auto k = with_cases(margins_.row) * with_cases(margins_.column); k > 0; --k)
+        usual_draws_.Add_draw();
+    ahead_ = usual_draws_;
+    const bool ahead = !tree_ && margins_.total <= largest_total_ahead &&
+                       margins_.column.size() <= largest_width_ahead;
+    if (ahead) cells_ahead_.resize(cells_.size());
     const auto N = static_cast<double>(margins_.total);
     std::size_t first = 0;
     for (const std::int64_t row : margins_.row)
@@ -85,8 +96,8 @@ void StratumSampler::Prepare() {
             const auto r = static_cast<double>(row), c = static_cast<double>(column);
             const double mean = N > 0 ? r * c / N : 0;
             const double reach = 6 * std::sqrt(mean) + 6;
-            const double low = std::max(0.0, std::floor(mean - reach));
-            const double high = std::min({r, c, std::ceil(mean + reach)});
+            const double low = ahead ? 0 : std::max(0.0, std::floor(mean - reach));
+            const double high = std::min({r, c, ahead ? r : std::ceil(mean + reach)});
             Terms terms;
             terms.low = static_cast<std::int32_t>(low);
             terms.length = static_cast<std::uint32_t>(high - low) + 1;
@@ -97,30 +108,29 @@ void StratumSampler::Prepare() {
     term_.assign(first, std::numeric_limits<double>::quiet_NaN());
 }
 
-Extended StratumSampler::Sum_of_cells() const {
-    const auto C = static_cast<int>(margins_.column.size());
+Extended StratumSampler::Sum_of_cells(const std::int32_t* cells, std::size_t stride) const {
     Extended sum = 0;
-    int k = 0;
-    for (const std::int32_t n : cells_) {
-        sum += Statistic_term(n, (*expected_)(k / C + 1, k % C + 1), rule_);
-        ++k;
-    }
+    for (int i = 1; i <= expected_->rows; ++i)
+        for (int j = 1; j <= expected_->columns; ++j, cells += stride)
+            sum += Statistic_term(*cells, (*expected_)(i, j), rule_);
     return sum * Statistic_factor(rule_);
 }
 
 Extended StratumSampler::Exact_statistic() const {
-    return last_outcome_ > 0 ? outcomes_[static_cast<std::size_t>(last_outcome_ - 1)].statistic
-                             : Sum_of_cells();
+    if (last_outcome_ > 0) return outcomes_[static_cast<std::size_t>(last_outcome_ - 1)].statistic;
+    if (last_was_ahead_) return Sum_of_cells(&cells_ahead_[0][next_ahead_ - 1], SideBySide);
+    return Sum_of_cells(cells_.data(), 1);
 }
 
-/// Fills in the terms that the last table needs and are not there; without the factor.
-double StratumSampler::Statistic_with_new_terms() {
+/// Fills in the terms that a table needs and are not there; without the factor.
+double StratumSampler::Statistic_with_new_terms(const std::int32_t* cells, std::size_t stride) {
     const auto C = static_cast<int>(margins_.column.size());
     double sum = 0;
     for (std::size_t k = 0; k < cells_.size(); ++k) {
         const auto i = static_cast<int>(k) / C + 1, j = static_cast<int>(k) % C + 1;
-        const auto term = static_cast<double>(Statistic_term(cells_[k], (*expected_)(i, j), rule_));
-        const auto place = static_cast<std::uint32_t>(cells_[k] - terms_[k].low);
+        const std::int32_t n = cells[k * stride];
+        const auto term = static_cast<double>(Statistic_term(n, (*expected_)(i, j), rule_));
+        const auto place = static_cast<std::uint32_t>(n - terms_[k].low);
         if (place < terms_[k].length) term_[terms_[k].first + place] = term;
         sum += term;
     }
@@ -160,7 +170,7 @@ StratumReplicate StratumSampler::Evaluate_with(Integer* above) {
             above[j] = up_to_here + in_row;
         }
     }
-    if (!known || std::isnan(sum)) sum = Statistic_with_new_terms();
+    if (!known || std::isnan(sum)) sum = Statistic_with_new_terms(cells_.data(), 1);
     StratumReplicate result;
     result.statistic = sum * factor_;
     if (with_gamma_) {
@@ -172,6 +182,7 @@ StratumReplicate StratumSampler::Evaluate_with(Integer* above) {
 
 StratumReplicate StratumSampler::Evaluate() {
     last_outcome_ = 0;
+    last_was_ahead_ = false;
     constexpr std::int64_t small_total = 32767;
     constexpr std::size_t small_width = 64;
     if (margins_.total <= small_total && margins_.column.size() <= small_width) {
@@ -185,6 +196,68 @@ StratumReplicate StratumSampler::Evaluate() {
 StratumReplicate StratumSampler::Draw_apart(RandomStream& stream) {
     stream = Draw_cells(margins_, stream, *memory_, cells_.data());
     return Evaluate();
+}
+
+void StratumSampler::Statistics_side_by_side() {
+    std::array<double, SideBySide> sum = {};
+    const double* term = term_.data();
+    const CellsSideBySide* cell = cells_ahead_.data();
+    for (const Terms& terms : terms_) {
+        const double* of_cell = term + terms.first;
+        for (std::size_t t = 0; t < SideBySide; ++t) sum[t] += of_cell[(*cell)[t]];
+        ++cell;
+    }
+    for (std::size_t t = 0; t < SideBySide; ++t) {
+        if (std::isnan(sum[t])) sum[t] = Statistic_with_new_terms(&cells_ahead_[0][t], SideBySide);
+        replicates_ahead_[t].statistic = sum[t] * factor_;
+    }
+}
+
+/// As in Evaluate_with, four tables at a time.
+void StratumSampler::Pairs_side_by_side() {
+    using Four = float __attribute__((vector_size(4 * SideBySide)));
+    using FourCounts = std::int32_t __attribute__((vector_size(4 * SideBySide)));
+    const std::size_t R = margins_.row.size(), C = margins_.column.size();
+    std::array<Four, largest_width_ahead> above;
+    std::fill_n(above.begin(), C, Four{});
+    const CellsSideBySide* cell = cells_ahead_.data();
+    Four squares = {}, Q = {};
+    for (std::size_t i = 0; i < R; ++i) {
+        const Four all_above = above[C - 1];
+        Four in_row = {}, left = {};
+        for (std::size_t j = 0; j < C; ++j, ++cell) {
+            FourCounts counts;
+            std::memcpy(&counts, cell, sizeof counts);
+            const Four n = __builtin_convertvector(counts, Four);
+            const Four up_to_here = above[j];
+            squares += n * n;
+            Q += n * (left + up_to_here - all_above);
+            in_row += n;
+            left = up_to_here;
+            above[j] = up_to_here + in_row;
+        }
+    }
+    for (std::size_t t = 0; t < SideBySide; ++t) {
+        replicates_ahead_[t].P = tied_ + static_cast<std::int64_t>(squares[t]);
+        replicates_ahead_[t].Q = 2 * static_cast<std::int64_t>(Q[t]);
+    }
+}
+
+void StratumSampler::Fill_ahead(std::uint32_t word) {
+    for (std::size_t t = 0; t < SideBySide; ++t, word = ahead_(word))
+        start_ahead_[t] = end_ahead_[t].word = word;
+    Draw_cells_side_by_side(margins_, end_ahead_, *memory_, cells_ahead_.data());
+    Statistics_side_by_side();
+    if (with_gamma_) Pairs_side_by_side();
+    next_ahead_ = 0;
+}
+
+StratumReplicate StratumSampler::Draw_ahead(RandomStream& stream) {
+    if (next_ahead_ == SideBySide || start_ahead_[next_ahead_] != stream.word)
+        Fill_ahead(stream.word);
+    stream = end_ahead_[next_ahead_];
+    last_was_ahead_ = true;
+    return replicates_ahead_[next_ahead_++];
 }
 
 bool StratumSampler::Make_node(std::int32_t& link, const StreamJump& jump, std::int64_t r,
@@ -254,7 +327,7 @@ StratumReplicate StratumSampler::Grow(RandomStream& stream) {
     stream.word = jump(word);
     if (outcomes_left_ > 0) {
         --outcomes_left_;
-        outcomes_.push_back({jump, replicate, Sum_of_cells()});
+        outcomes_.push_back({jump, replicate, Sum_of_cells(cells_.data(), 1)});
         (place == at_root ? root_ : child_[place]) = -static_cast<std::int32_t>(outcomes_.size());
     }
     return replicate;
@@ -265,6 +338,7 @@ StratumReplicate StratumSampler::Draw(RandomStream& stream) {
         TwoWayTable table(expected_->rows, expected_->columns);
         return Draw(stream, table);
     }
+    if (!cells_ahead_.empty()) return Draw_ahead(stream);
     if (!tree_) return Draw_apart(stream);
     std::uint32_t word = stream.word;
     std::int32_t link = root_;
@@ -277,7 +351,7 @@ StratumReplicate StratumSampler::Draw(RandomStream& stream) {
     const Outcome& outcome = outcomes_[static_cast<std::size_t>(-link - 1)];
     last_outcome_ = -link;
     // Where the end of the walk is known before, the next stratum need not wait for this one.
-    stream.word = draws_are_constant_ ? all_draws_(stream.word) : outcome.jump(word);
+    stream.word = draws_are_constant_ ? usual_draws_(stream.word) : outcome.jump(word);
     return outcome.replicate;
 }
 
@@ -292,11 +366,12 @@ StratumReplicate StratumSampler::Draw(RandomStream& stream, TwoWayTable& table) 
     }
     Random_table(margins_, stream, table);
     last_outcome_ = 0;
+    last_was_ahead_ = false;
     for (std::size_t k = 0; k < cells_.size(); ++k)
         cells_[k] =
             table(static_cast<int>(k) / table.columns + 1, static_cast<int>(k) % table.columns + 1);
     StratumReplicate result;
-    result.statistic = static_cast<double>(Sum_of_cells());
+    result.statistic = static_cast<double>(Sum_of_cells(cells_.data(), 1));
     if (with_gamma_) {
         const Concordance pairs = Concordance_of(table);
         result.P = pairs.P;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -47,6 +48,10 @@ struct StreamJump {
         multiplier *= 134775813u;
         increment = increment * 134775813u + 1u;
     }
+    void Add(const StreamJump& other) {
+        multiplier *= other.multiplier;
+        increment = increment * other.multiplier + other.increment;
+    }
     std::uint32_t operator()(std::uint32_t word) const { return multiplier * word + increment; }
 };
 
@@ -57,12 +62,21 @@ struct StreamJump {
 /// Where few tables are possible the draws are kept as a tree: a node is a cell whose value is
 /// open, with its row of thresholds, and a leaf a table with its statistic and pairs. A table is
 /// then a walk down the tree; a branch is made when it is first met. Elsewhere the terms of the
-/// statistic are kept by cell and count.
+/// statistic are kept by cell and count, and the next few tables are drawn and scored side by side:
+/// a table takes one number a cell, unless a column is full before the last row, so where the next
+/// tables will start is guessed. A table is used only if the stream stands where it was started.
 class StratumSampler {
   public:
     /// `most_outcomes` bounds the nodes and tables that are kept.
     StratumSampler(const ExpectedTable& expected, const StatisticRule& rule, bool with_gamma,
                    DrawMemory& memory, std::int64_t most_outcomes = 1 << 14);
+
+    /// The numbers that a table takes when no column is full before the last row.
+    const StreamJump& Usual_draws() const { return usual_draws_; }
+
+    /// Guesses that from table to table the stream advances by so much: by `Usual_draws` unless
+    /// told otherwise. A wrong guess costs time only.
+    void Look_ahead(const StreamJump& from_table_to_table) { ahead_ = from_table_to_table; }
 
     /// One table.
     StratumReplicate Draw(RandomStream& stream);
@@ -91,11 +105,15 @@ class StratumSampler {
 
     StratumReplicate Grow(RandomStream& stream);
     StratumReplicate Draw_apart(RandomStream& stream);
+    StratumReplicate Draw_ahead(RandomStream& stream);
+    void Fill_ahead(std::uint32_t word);
+    void Statistics_side_by_side();
+    void Pairs_side_by_side();
     StratumReplicate Evaluate();
     template <class Integer>
     StratumReplicate Evaluate_with(Integer* above);
-    double Statistic_with_new_terms();
-    Extended Sum_of_cells() const;
+    double Statistic_with_new_terms(const std::int32_t* cells, std::size_t stride);
+    Extended Sum_of_cells(const std::int32_t* cells, std::size_t stride) const;
     void Prepare();
     bool Make_node(std::int32_t& link, const StreamJump& jump, std::int64_t r, std::int64_t c,
                    std::int64_t N);
@@ -120,7 +138,16 @@ class StratumSampler {
 
     /// With one random row every column with cases takes a number, whatever was drawn before.
     bool draws_are_constant_ = false;
-    StreamJump all_draws_;  ///< over them
+    StreamJump usual_draws_;
+
+    /// Tables drawn ahead, none where the table is too large for it.
+    std::vector<CellsSideBySide> cells_ahead_;
+    std::array<StratumReplicate, SideBySide> replicates_ahead_;
+    std::array<std::uint32_t, SideBySide> start_ahead_ = {};
+    std::array<RandomStream, SideBySide> end_ahead_;
+    StreamJump ahead_;
+    std::size_t next_ahead_ = SideBySide;  ///< the table to be used next
+    bool last_was_ahead_ = false;          ///< the last table is the one before next_ahead_
 
     std::int64_t tied_ = 0;     ///< P without the part of the cells, in pairs counted twice
     double factor_ = 1;         ///< of the statistic
