@@ -65,7 +65,8 @@ void Interrupt(int) {
         Line_interrupted.store(true);  // the line editor gives up its line
         return;
     }
-    if (Interrupted_before.exchange(true)) {
+    // The second one ends the program, unless the first has been obeyed: a command file runs on.
+    if (Interrupted_before.exchange(true) && Stop_requested.load()) {
         if (End_by_interrupt()) return;
         std::signal(SIGINT, SIG_DFL);
         std::raise(SIGINT);

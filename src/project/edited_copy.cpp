@@ -39,7 +39,7 @@ FileBytes Read_bytes(const fs::path& file) {
     return result;
 }
 
-std::string Write_bytes(const fs::path& file, const std::string& bytes) {
+std::string Write_whole(const fs::path& file, const std::string& bytes) {
     ReplacementFile replacement(file);
     replacement.Write(bytes);
     replacement.Commit();
@@ -104,7 +104,7 @@ bool EditedCopy::Edit() {
 }
 
 bool EditedCopy::Take() {
-    const std::string failure = Write_bytes(original_, after_);
+    const std::string failure = Write_whole(original_, after_);
     if (!failure.empty()) {
         ShowMessage(failure);
         Abandon();

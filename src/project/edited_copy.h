@@ -14,7 +14,7 @@ struct FileBytes {
 };
 FileBytes Read_bytes(const std::filesystem::path& file);
 /// Replaces a file by bytes. The text of the failure, or empty.
-std::string Write_bytes(const std::filesystem::path& file, const std::string& bytes);
+std::string Write_whole(const std::filesystem::path& file, const std::string& bytes);
 
 /// Copies that were edited and not taken, by their originals.
 struct KeptCopies {

@@ -46,9 +46,12 @@ void Write_cells(const CellStore& store, ReplacementFile& TAB) {
     TAB.Write(block);
 }
 
-/// The text of the failure, or empty.
+/// The text of the failure, or empty. Only a plain file is removed: a name may lead to a device.
 std::string Remove_file(const fs::path& file) {
     std::error_code error;
+    const fs::file_status status = fs::status(file, error);
+    if (fs::exists(status) && !fs::is_regular_file(status))
+        return Path_text(file.filename()) + " could not be replaced: not a regular file";
     fs::remove(file, error);
     return error ? fmt::format("{} could not be removed: {}", Path_text(file.filename()),
                                error.message())

@@ -25,8 +25,9 @@ namespace {
 namespace fs = std::filesystem;
 
 /// The files of project NAME are NAME with one of these; REP and TMP hold reports.
-constexpr std::array<std::string_view, 12> Extensions = {"DEF", "VAR", "CAT", "DAT", "SYS", "TAB",
-                                                         "GRF", "GAM", "EXA", "BEL", "INI", "CMD"};
+constexpr std::array<std::string_view, 14> Extensions = {"DEF", "VAR", "CAT", "DAT", "SYS",
+                                                         "TAB", "GRF", "GAM", "EXA", "BEL",
+                                                         "AUT", "AUV", "INI", "CMD"};
 
 /// Which file a path leads to, on which device.
 using FileIdentity = std::pair<dev_t, ino_t>;

@@ -75,7 +75,7 @@ void Renew_category_names(const ProjectDefinition& before, const ProjectDefiniti
     int changed = 0;
     const std::string renewed = Renewed_CAT(file.bytes, before, now, changed);
     if (!file.error.empty() || changed == 0) return;
-    const std::string failure = Write_bytes(CAT, renewed);
+    const std::string failure = Write_whole(CAT, renewed);
     ShowMessage(!failure.empty()
                     ? failure
                     : fmt::format("{}: {} made anew from the cut points", Path_text(CAT.filename()),

@@ -116,11 +116,17 @@ TextFile Read_text_file(const fs::path& path, Letters letters) {
         result.error = Path_text(path) + " is a folder";
         return result;
     }
-    std::FILE* file = std::fopen(path.c_str(), "rb");
+    // A pipe that nobody writes to must not hold the program up.
+    const int number = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    std::FILE* file = number < 0 ? nullptr : ::fdopen(number, "rb");
     if (!file) {
         result.error = Failure_text(path, "read", errno);
+        if (number >= 0) ::close(number);
         return result;
     }
+    ::fcntl(number, F_SETFL, ::fcntl(number, F_GETFL) & ~O_NONBLOCK);
+    struct stat status {};
+    const bool pipe = ::fstat(number, &status) == 0 && S_ISFIFO(status.st_mode);
     std::string bytes;
     char buffer[65536];
     std::size_t got = 0;
@@ -131,6 +137,8 @@ TextFile Read_text_file(const fs::path& path, Letters letters) {
     if (std::ferror(file)) result.error = Failure_text(path, "read", errno);
     std::fclose(file);
     if (bytes.size() > LargestTextFile) result.error = Path_text(path) + " is too large";
+    if (pipe && bytes.empty())
+        result.error = Path_text(path) + " could not be read: no program writes to this pipe";
     if (!result.error.empty()) return result;
     result.ok = true;
     result.lines = Split_lines(letters == Letters::kept ? To_line(bytes) : To_latin1(bytes));

@@ -36,7 +36,8 @@ struct TextFile {
 /// characters, an escape of To_line where lines are commands or names of files.
 enum class Letters : std::uint8_t { latin1, kept };
 
-/// Reads at most 64 MiB; a folder, a larger file or a failing read is not ok.
+/// Reads at most 64 MiB; a folder, a larger file, a pipe without a writer or a failing read is not
+/// ok.
 TextFile Read_text_file(const std::filesystem::path& path, Letters letters = Letters::latin1);
 
 /// The path to which symbolic links lead; what stands there need not exist. Links in a circle lead

@@ -21,7 +21,12 @@ FLOORS = {
 }
 APART = {("graph", "rasch"), ("rasch", "graph")}  # floors side by side
 COMPUTING = ["tables", "graph", "rasch"]
-WORKSPACE_FILES = re.compile(r"(_commands?|_workspace)\.(h|cpp)$")
+# Command procedures, and the workspace itself, which holds the records under their names.
+WORKSPACE_FILES = re.compile(r"(_commands?|_workspace|^register_\w+)\.(h|cpp)$")
+# What reads the workspace or speaks to the user without naming a record of it.
+WORKSPACE_HEADERS = re.compile(
+    r"_workspace\.h$|^shell/(user|report|session|parsed_line|dispatcher|lifecycle|commands)\.h$")
+WORKSPACE_NAMES = re.compile(r"\bThe_[a-z]|\bCases_of_project\b|\bData_source\(\)")
 
 
 def fault_of_include(floor, room, target):
@@ -56,11 +61,16 @@ def main():
         computes = floor in COMPUTING and not WORKSPACE_FILES.search(path.name)
         for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
             found = re.match(r'\s*#\s*include\s*"([^"]+)"', line)
+            if re.match(r"\s*#\s*include\s*<.*(src/|tarven)", line) or \
+                    re.match(r'\s*#\s*include\s*".*(\.\./|\.inc")', line):
+                faults.append(f"{path}:{number}: an include that hides its floor: {line.strip()}")
             if found:
                 fault = fault_of_include(floor, room, found.group(1))
                 if fault:
                     faults.append(f"{path}:{number}: {found.group(1)}: {fault}")
-            if computes and re.search(r"\bThe_[a-z]", line.split("//")[0]):
+                elif computes and WORKSPACE_HEADERS.search(found.group(1)):
+                    faults.append(f"{path}:{number}: a computation includes {found.group(1)}")
+            if computes and WORKSPACE_NAMES.search(re.sub(r"/\*.*?\*/|//.*", "", line)):
                 faults.append(f"{path}:{number}: a computation reads the workspace: {line.strip()}")
     print(*faults, sep="\n")
     return 1 if faults or files == 0 else 0

@@ -1,8 +1,11 @@
 #include "project/make.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <fstream>
@@ -371,6 +374,18 @@ TEST_F(Making, DataTooLargeForMemoryIsRefused) {
         EXPECT_EQ(The_data.Ndata_arrays, 30);
         EXPECT_EQ(The_project.Nused, 6550000);
     }
+}
+
+TEST_F(Making, ADeviceBehindANameIsNotRemoved) {
+    Define_example("titanic");
+    ASSERT_TRUE(Make());
+    std::filesystem::remove(folder / "titanic.TAB");
+    ASSERT_EQ(mkfifo((folder / "device").c_str(), 0600), 0);
+    std::filesystem::create_symlink(folder / "device", folder / "titanic.TAB");
+    const int reader = ::open((folder / "device").c_str(), O_RDONLY | O_NONBLOCK);
+    EXPECT_FALSE(Make());
+    ::close(reader);
+    EXPECT_TRUE(std::filesystem::is_fifo(folder / "device"));
 }
 
 }  // namespace

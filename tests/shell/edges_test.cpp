@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cmath>
@@ -161,6 +162,14 @@ TEST_F(Folder, SaysWhyAFileCannotBeWrittenOrRead) {
     EXPECT_NE(Read_text_file(folder).error.find("is a folder"), std::string::npos);
     EXPECT_FALSE(Read_text_file(folder / "none").error.empty());
     EXPECT_FALSE(Append_text_file(folder, {"a"}).empty());
+}
+
+TEST_F(Folder, APipeThatNobodyWritesToIsNotWaitedFor) {
+    const fs::path pipe = folder / "pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const TextFile read = Read_text_file(pipe);
+    EXPECT_FALSE(read.ok);
+    EXPECT_NE(read.error.find("no program writes to this pipe"), std::string::npos) << read.error;
 }
 
 TEST_F(Folder, WritesUtf8AndReadsItBack) {

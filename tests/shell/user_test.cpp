@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "shell/command_stream.h"
 #include "shell/report.h"
 #include "shell/session.h"
@@ -30,7 +32,7 @@ TEST_F(Nobody, AnswersQuestionsFromTheCommandStream) {
     };
     const Row rows[] = {{"Y", true, true},        {" yes ", true, true}, {"yEs", true, true},
                         {"n", false, true},       {"NO", false, true},   {"TAB AB", false, false},
-                        {"yes no", false, false}, {"", false, false},    {"YE", false, false}};
+                        {"yes no", false, false}, {"", false, true},     {"YE", false, false}};
     for (const Row& row : rows) {
         Push_lines({row.line, "next"});
         EXPECT_EQ(AskYesNo("Really?"), row.yes) << row.line;
@@ -52,6 +54,21 @@ TEST_F(Nobody, AnEmptyAnswerTakesTheDefault) {
     Push_lines({"", "text"});
     EXPECT_EQ(AskUser("Name", "Name", "initial"), "initial");
     EXPECT_EQ(AskUser("Name", "Name", "initial"), "text") << "the empty line was the answer";
+}
+
+TEST_F(Nobody, OnlyTheThreadOfTheDisplayDraws) {
+    int drawn = 0;
+    The_user.user.progress = [&](const std::string&, std::int64_t, std::int64_t) { ++drawn; };
+    ShowProgress(0, 10, 1, "Tests", "");
+    const int shown = drawn;
+    std::thread([] {
+        for (int k = 0; k < 5; ++k) StepProgress();
+    }).join();
+    EXPECT_EQ(drawn, shown);
+    StepProgress();
+    EXPECT_GT(drawn, shown);
+    HideProgress();
+    The_user.user.progress = nullptr;
 }
 
 TEST_F(Nobody, AutomaticModeAnswersYesAndTakesNoLine) {

@@ -348,7 +348,7 @@ StratumReplicate StratumSampler::Draw(RandomStream& stream) {
         link = child_[node.first + Place_in_row(rows_.data() + node.first, word)];
     }
     if (link == 0) return Grow(stream);
-    const Outcome& outcome = outcomes_[static_cast<std::size_t>(-link - 1)];
+    const LeafTable& outcome = outcomes_[static_cast<std::size_t>(-link - 1)];
     last_outcome_ = -link;
     // Where the end of the walk is known before, the next stratum need not wait for this one.
     stream.word = draws_are_constant_ ? usual_draws_(stream.word) : outcome.jump(word);

@@ -92,7 +92,7 @@ class StratumSampler {
         StreamJump jump;    ///< up to and with the draw of this cell
         std::size_t first;  ///< of its row in rows_ and child_
     };
-    struct Outcome {
+    struct LeafTable {
         StreamJump jump;  ///< over the draws that are left
         StratumReplicate replicate;
         Extended statistic;
@@ -129,7 +129,7 @@ class StratumSampler {
 
     std::int32_t root_ = 0;  ///< a link as those of child_
     std::vector<Node> nodes_;
-    std::vector<Outcome> outcomes_;
+    std::vector<LeafTable> outcomes_;
     std::vector<std::int32_t> rows_;  ///< of the nodes
     std::vector<std::int32_t>
         child_;  ///< at the place of a value: 0 not met, n node n-1, -n outcome n-1

@@ -76,6 +76,9 @@ inline TestResult Untested_result() {
             .PGammaExact2 = 0};
 }
 
+/// Whose variables the roles of a list are numbered by.
+enum class HypothesisScope : std::uint8_t { table, graph };
+
 /// The variables that hypotheses are made over, numbered 1..Nvar, Nvar <= 59.
 struct HypothesisVariables {
     int Nvar = 0;

@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include "shell/fields.h"
-#include "tables/independence/hypothesis_workspace.h"
 
 namespace tarven {
 
@@ -49,12 +48,13 @@ std::vector<std::string> Hypothesis_list_lines(std::span<const Hypothesis> list,
     return lines;
 }
 
-std::vector<std::string> Show_hypotheses_lines(const HypothesisWorkspace& workspace) {
-    if (workspace.list.empty()) return {"No hypotheses"};
-    std::vector<std::string> lines{workspace.scope == HypothesisScope::graph
+std::vector<std::string> Show_hypotheses_lines(std::span<const Hypothesis> list,
+                                               const std::string& vlabel, HypothesisScope scope) {
+    if (list.empty()) return {"No hypotheses"};
+    std::vector<std::string> lines{scope == HypothesisScope::graph
                                        ? "Hypotheses defined relative to the project model"
                                        : "Hypotheses defined relative to the current table"};
-    Append_lines(lines, Hypothesis_list_lines(workspace.list, workspace.labels));
+    Append_lines(lines, Hypothesis_list_lines(list, vlabel));
     return lines;
 }
 

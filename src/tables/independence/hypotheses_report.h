@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "tables/independence/hypotheses.h"
-#include "tables/independence/hypothesis_workspace.h"
 
 namespace tarven {
 
@@ -15,6 +14,7 @@ std::vector<std::string> Hypothesis_list_lines(std::span<const Hypothesis> list,
                                                const std::string& vlabel);
 
 /// SHOW H: the list under the words that tell what its variables are; "No hypotheses" without one.
-std::vector<std::string> Show_hypotheses_lines(const HypothesisWorkspace& workspace);
+std::vector<std::string> Show_hypotheses_lines(std::span<const Hypothesis> list,
+                                               const std::string& vlabel, HypothesisScope scope);
 
 }  // namespace tarven

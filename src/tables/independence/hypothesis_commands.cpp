@@ -149,7 +149,11 @@ void Register_hypothesis_commands() {
             ElaborateHelp);
     Register_letter(LetterCommand::show,
                     {.letter = 'H',
-                     .run = [] { Write_lines(Show_hypotheses_lines(The_hypotheses)); },
+                     .run =
+                         [] {
+                             Write_lines(Show_hypotheses_lines(
+                                 The_hypotheses.list, The_hypotheses.labels, The_hypotheses.scope));
+                         },
                      .needs = {},
                      .summary = "the hypotheses"});
     Register_environment(EnvironmentPart::above_tests, [] {

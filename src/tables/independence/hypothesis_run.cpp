@@ -4,6 +4,7 @@
 #include <atomic>
 #include <exception>
 #include <mutex>
+#include <system_error>
 #include <thread>
 
 namespace tarven {
@@ -116,7 +117,11 @@ std::vector<TestedHypothesis> Run_list(
     const auto threads = std::clamp<std::size_t>(
         static_cast<std::size_t>(std::max(control.jobs, 1)), 1, std::max<std::size_t>(count, 1));
     std::vector<std::thread> others;
-    for (std::size_t t = 1; t < threads; ++t) others.emplace_back(work);
+    try {
+        for (std::size_t t = 1; t < threads; ++t) others.emplace_back(work);
+    } catch (const std::system_error&) {
+        // No room for another thread: those that run do the work, with the same digits.
+    }
     work();
     for (std::thread& other : others) other.join();
     if (control.end) control.end();
@@ -163,12 +168,11 @@ std::vector<TestedHypothesis> Test_locally(
     std::vector<TestedHypothesis> rows(list.size(), Not_reached());
     RunStop stop(control.stop);
     DrawMemory memory;
+    if (control.begin) control.begin(Steps(list.size(), settings));
     for (std::size_t k = 0; k < list.size() && !stop.Now(); ++k) {
         LocallyTested one{.hypothesis = Form_xyz_table(table, list[k], wishes.with_margins)};
-        if (control.begin) control.begin(Steps(1, settings));
         one.result =
             EXANALYSE(one.hypothesis, settings, wishes.partial_off, stream, memory, stop.Check());
-        if (control.end) control.end();
         one.outcome.row = Row_of(one.result.test);
         one.outcome.has_gamma = one.result.has_gamma;
         one.outcome.cases = table.NTOTAL;
@@ -176,6 +180,7 @@ std::vector<TestedHypothesis> Test_locally(
         rows[k] = one.outcome;
         if (each) each(k, one);
     }
+    if (control.end) control.end();
     return rows;
 }
 

@@ -9,9 +9,6 @@
 
 namespace tarven {
 
-/// Whose variables the roles of the list are numbered by.
-enum class HypothesisScope : std::uint8_t { table, graph };
-
 /// The one list of the workspace.
 struct HypothesisWorkspace {
     std::vector<Hypothesis> list;     ///< at most MaxHypotheses

@@ -4,12 +4,6 @@
 
 namespace tarven {
 
-std::int64_t SliceView::Combinations(bool with_margins) const {
-    std::int64_t product = 1;
-    for (const int dim : DIM) product *= dim + (with_margins ? 1 : 0);
-    return product;
-}
-
 SliceView View_of(const ContingencyTable& table, const Hypothesis& hypothesis) {
     SliceView view;
     const TestedPair pair = Tested_pair(hypothesis);

@@ -21,10 +21,6 @@ struct SliceView {
     std::int64_t step_x = 0, step_y = 0;  ///< from one category to the next
     std::vector<int> DIM;                 ///< of the conditioning variables, in table order
     std::vector<std::int64_t> step;
-
-    /// Combinations of the conditioning variables; 1 without any. With margins each has DIM + 1
-    /// levels.
-    std::int64_t Combinations(bool with_margins = false) const;
 };
 
 /// Of a table with its margins, which must outlive the view. The pair is proper and within the

@@ -206,6 +206,7 @@ PseudoGammaSimulation Simulate_pseudo_gamma(std::span<const ExpectedTable> expec
         margins.push_back(Margins_of_expected(e));
         tables.emplace_back(e.rows, e.columns);
     }
+    result.wanted = rule.nsim;
     const ObservedTest test{.statistic = observed};
     std::vector<double> gammas;
     while (result.counts.n < rule.nsim) {
@@ -248,7 +249,9 @@ PseudoGammaAnalysis Analyse_pseudo_gamma(const LocalHypothesis& hypothesis,
                         .wanted = settings.ExactTests && settings.Nsim > 0,
                         .stop = stop};
     simulator.rule.two_sided = true;
+    const bool wanted = simulator.wanted;
     Search(analysis, strata, simulator);
+    analysis.stopped = wanted && !simulator.wanted;
     return analysis;
 }
 

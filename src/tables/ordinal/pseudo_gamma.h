@@ -40,8 +40,9 @@ struct CollapsedOrder {
 };
 
 struct PseudoGammaSimulation {
-    Sim_counts counts;  ///< `statistic` counts pseudo gammas at least the observed
-    double median = 0;  ///< of the first million pseudo gammas
+    Sim_counts counts;        ///< `statistic` counts pseudo gammas at least the observed
+    double median = 0;        ///< of the first million pseudo gammas
+    std::int32_t wanted = 0;  ///< random tables, unless the stop rule ends the run
 };
 
 enum class PseudoGammaOutcome { searched, no_permutations, too_many, no_pairs };
@@ -57,6 +58,7 @@ struct PseudoGammaAnalysis {
     std::optional<PartialTest> two_factor;  ///< with conditioning variables
     std::vector<CategoryComparison> comparisons;
     CollapsedOrder collapsed;  ///< as the comparisons say; only with comparisons
+    bool stopped = false;      ///< the user ended a simulation; what came after it is asymptotic
 };
 
 /// Strata of random tables with the margins of `expected`, drawn as in the Monte Carlo tests, each

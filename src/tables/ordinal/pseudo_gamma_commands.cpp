@@ -85,7 +85,7 @@ Outcome PGAMMA() {
     hypothesis.slices.push_back({{}, tables->front()});
     const PseudoGammaAnalysis analysis = Pseudo_gamma_with_progress(hypothesis);
     Write_lines(Pseudo_gamma_lines(hypothesis, analysis, The_settings));
-    if (analysis.comparisons.empty()) return Outcome::done;
+    if (analysis.comparisons.empty() || analysis.stopped) return Outcome::done;
     const CollapsedOrder& order = analysis.collapsed;
     if (order.rows.size() < 2 || order.columns.size() < 2) return Outcome::done;
     if (AskYesNo("Recode categories after collaps and analysis of order"))

@@ -90,6 +90,11 @@ Lines Significance_lines(const PseudoGammaAnalysis& analysis) {
                  "   Median gamma under independence = " + Field(simulation.median, 7, 3),
                  "    p = " + Field(simulation.counts.PExact(), 6, 4),
                  fmt::format("   nsim = {}", simulation.counts.n)};
+        if (analysis.stopped)
+            lines.push_back(
+                fmt::format("   Stopped: p rests on {} of {} random tables, and what was not "
+                            "simulated is asymptotic",
+                            simulation.counts.n, simulation.wanted));
     } else if (analysis.outcome == PseudoGammaOutcome::searched) {
         lines = {"    p = " + Field(analysis.asymptotic.p, 6, 4) +
                  " as if the order had not been chosen by the data; EXACT gives a valid p"};

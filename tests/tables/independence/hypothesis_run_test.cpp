@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <new>
+#include <thread>
 
 #include "support/block_of_cases.h"
 #include "tables/independence/summary_report.h"
@@ -98,6 +100,10 @@ TEST(HypothesisRun, ThreadsDecideNoDigit) {
     settings.Nsim = 100;
     RandomStream alone;
     const std::vector<TestedHypothesis> one = Test_globally(table, list, settings, alone);
+    RandomStream of_last{settings.Seed};
+    DrawMemory memory;
+    Test_globally(table, list.back(), settings, of_last, memory);
+    EXPECT_EQ(alone, of_last) << "the stream ends where the last hypothesis left it";
     for (const int jobs : {2, 3, 50}) {
         RandomStream stream;
         const std::vector<TestedHypothesis> many =
@@ -159,12 +165,74 @@ TEST(HypothesisRun, AStopEndsTheWholeListAndTheReportSaysWhatIsMissing) {
 
 TEST(HypothesisRun, AFailureOfAThreadReachesTheCaller) {
     RandomStream stream;
-    const auto fails = [](std::size_t k, RandomStream&, DrawMemory&,
-                          const StopCheck&) -> TestedHypothesis {
+    std::atomic<int> calls = 0;
+    const auto fails = [&](std::size_t k, RandomStream&, DrawMemory&,
+                           const StopCheck&) -> TestedHypothesis {
+        ++calls;
         if (k == 3) throw std::bad_alloc();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
         return {};
     };
-    EXPECT_THROW(Run_list(20, {}, stream, {.jobs = 3}, fails), std::bad_alloc);
+    EXPECT_THROW(Run_list(2000, {}, stream, {.jobs = 3}, fails), std::bad_alloc);
+    EXPECT_LT(calls, 1000) << "the other threads end as well";
+}
+
+TEST(HypothesisRun, TellsItsLengthOnceAndItsEnd) {
+    const BlockOfCases block = Random_block({2, 3, 2}, 100, 9);
+    const std::vector<Hypothesis> list = All_hypotheses(3);
+    TestSettings settings;
+    settings.ExactTests = true;
+    settings.Nsim = 10;
+    RandomStream stream;
+    for (const bool local : {false, true}) {
+        std::vector<std::int64_t> steps;
+        int asked = 0, ended = 0;
+        const RunControl control{.begin = [&](std::int64_t n) { steps.push_back(n); },
+                                 .stop = [&] { return ++asked < 0; },
+                                 .end = [&] { ++ended; }};
+        if (local)
+            Test_locally(block.table(), list, {}, settings, stream, control);
+        else
+            Test_globally(block.table(), list, settings, stream, control);
+        EXPECT_EQ(steps, std::vector<std::int64_t>{6 * 11});
+        EXPECT_EQ(asked, 6 * 11);
+        EXPECT_EQ(ended, 1);
+    }
+}
+
+TEST(HypothesisRun, AHypothesisBeyondTheTableIsNotTested) {
+    const BlockOfCases block = Random_block({2, 3}, 100, 9);
+    RandomStream stream;
+    DrawMemory memory;
+    EXPECT_EQ(Test_globally(block.table(), Make_hypothesis(3, 1, 3, {}), {}, stream, memory).row,
+              Untested_result());
+    EXPECT_EQ(Test_globally(block.table(), Hypothesis{}, {}, stream, memory).row,
+              Untested_result());
+}
+
+TEST(HypothesisRun, NoTestAgainstTwoFactorsOnABigTableOrWithoutCases) {
+    RandomStream stream;
+    TestSettings settings;
+    settings.PartialTests = true;
+    const auto partial = [&](const ContingencyTable& table, const Hypothesis& h) {
+        bool made = false;
+        const std::vector<TestedHypothesis> rows = Test_locally(
+            table, {&h, 1}, {}, settings, stream, {},
+            [&](std::size_t, const LocallyTested& one) { made = one.result.partial.has_value(); });
+        EXPECT_EQ(rows[0].cases, table.NTOTAL);
+        return made;
+    };
+    const int z[] = {3};
+    const BlockOfCases block = Random_block({2, 2, 2}, 100, 9);
+    EXPECT_TRUE(partial(block.table(), Make_hypothesis(3, 1, 2, z)));
+    ContingencyTable empty = block.table();
+    std::fill(empty.cells.begin(), empty.cells.end(), 0);
+    empty.NTOTAL = 0;
+    EXPECT_FALSE(partial(empty, Make_hypothesis(3, 1, 2, z)));
+    ContingencyTable big = Make_table(std::vector<TableVariable>(9), false);
+    for (std::int32_t& cell : big.cells) cell = 1;
+    Add_margins(big);
+    EXPECT_FALSE(partial(big, Make_hypothesis(9, 1, 2, z)));
 }
 
 TEST(HypothesisRun, RemarksTellWhatIsMissing) {

@@ -277,5 +277,43 @@ TEST_F(Choose, AListInOwnTablesHasTheRowsOfItsTables) {
     }
 }
 
+TEST_F(Choose, ARowWithoutATableSaysWhyAndAStopReachesNoMore) {
+    const std::vector<Hypothesis> list{Make_hypothesis(4, 1, 2, {}), Make_hypothesis(4, 1, 3, {})};
+    RandomStream stream;
+    Data none;
+    const ProjectFiles no_files;
+    const CasesAtHand nothing{The_project, none, no_files, 0};
+    const auto failed = Test_in_own_tables(nothing, list, {}, stream);
+    for (const TestedInOwnTable& one : failed) {
+        EXPECT_EQ(one.messages, std::vector<std::string>{"Data is not available"});
+        EXPECT_EQ(one.outcome.row, Untested_result());
+    }
+    // 20000 cases in memory: the stop comes within the pass over the cases of the second table.
+    Data many;
+    many.data_ready = true;
+    for (int c = 0; c < 20000; ++c) many.DATA.insert(many.DATA.end(), {1, 1, 1, 1});
+    for (std::size_t k = 0; k < 4000; ++k) many.DATA[k] = 2;
+    const CasesAtHand cases{The_project, many, no_files, 20000};
+    int asked = 0;
+    const auto stopped =
+        Test_in_own_tables(cases, list, {}, stream, {.stop = [&] { return ++asked == 4; }});
+    EXPECT_EQ(stopped[0].outcome.reached, Reached::end);
+    EXPECT_EQ(stopped[1].outcome.reached, Reached::not_reached);
+    EXPECT_EQ(asked, 4);
+}
+
+TEST(OwnTable, ABlockBeginsAtEachVariableAboveAllBeforeIt) {
+    ProjectDefinition definition;
+    definition.N = 4;
+    for (std::size_t v = 1; v <= 4; ++v) {
+        definition.variables[v].label = static_cast<char>('A' + v - 1);
+        definition.variables[v].dim = 2;
+        definition.variables[v].Levnr = v % 2 == 0 ? 2 : 1;
+    }
+    const int z[] = {3, 4};
+    EXPECT_EQ(Own_table(Make_hypothesis(4, 1, 2, z), definition).request.LevelEnd,
+              (std::vector<int>{1, 4}));
+}
+
 }  // namespace
 }  // namespace tarven

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <random>
 
 #include "support/reference_figures.h"
@@ -173,6 +174,18 @@ TEST(BenjaminiHochberg, WithoutAPThereIsNoLimitToPrint) {
         EXPECT_EQ(line.find("rejects if"), std::string::npos) << line;
     EXPECT_EQ(False_discovery_lines({}, {}),
               std::vector<std::string>{"Benjamini-Hochberg adjustment of 0 p-values"});
+}
+
+TEST(BenjaminiHochberg, AValueThatIsNoneCountsAsOne) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(Benjamini_Hochberg_limit(std::vector<double>{0.01, nan}, 0.05), 0.025);
+    EXPECT_EQ(Benjamini_Hochberg_limit(std::vector<double>{nan, 0.01}, 0.05), 0.025);
+}
+
+TEST(CompareGroups, OfEqualLinkagesTheFirstPairOfClassesIsJoined) {
+    // 1-2 and 2-3 are equally alike, 1-3 are not.
+    const PairwiseComparison c = Compare_groups(3, std::vector<double>{0.5, 0.001, 0.5});
+    EXPECT_EQ(c.classes, (std::vector<std::vector<int>>{{1, 2}, {3}}));
 }
 
 }  // namespace

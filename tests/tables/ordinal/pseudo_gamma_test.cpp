@@ -264,5 +264,19 @@ TEST_F(PseudoGammaCommand, RecodesTheTableOnlyWhenTold) {
     EXPECT_EQ(Read_cell(table, total), 2201);
 }
 
+TEST(PseudoGamma, AStopIsSaidBesideTheP) {
+    TestSettings settings;
+    settings.ExactTests = true;
+    settings.Nsim = 100;
+    const LocalHypothesis h = Hypothesis_of({Ordinal_counts(3, 3)}, 2, 2);
+    int asked = 0;
+    const PseudoGammaAnalysis stopped =
+        Analyse_pseudo_gamma(h, settings, [&] { return ++asked == 7; });
+    EXPECT_TRUE(stopped.stopped);
+    EXPECT_TRUE(Has_line_with(Pseudo_gamma_lines(h, stopped, settings),
+                              "Stopped: p rests on 7 of 100 random tables"));
+    EXPECT_FALSE(Analyse_pseudo_gamma(h, settings, [] { return false; }).stopped);
+}
+
 }  // namespace
 }  // namespace tarven
