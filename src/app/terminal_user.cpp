@@ -281,6 +281,8 @@ std::optional<std::string> Read_typed(const std::string& prompt, bool is_command
         int length = 0;
         errno = 0;
         Line_interrupted.store(false);
+        // Before the prompt is seen, so that what is typed at once is not taken line by line.
+        el_set(The_editor.editor.get(), EL_PREP_TERM, 1);
         const char* typed = el_gets(The_editor.editor.get(), &length);
         if (!typed || length <= 0) {
             fmt::print(The_editor.screen, "\n");

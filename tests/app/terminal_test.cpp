@@ -187,7 +187,7 @@ TEST_F(Terminal, ComesBackFromCtrlZWithPromptAndLine) {
     ASSERT_TRUE(living.Await(" icanon ")) << "the shell has its terminal as it was";
     ASSERT_TRUE(living.Await("shell: "));
     living.Type("fg\n");
-    ASSERT_TRUE(living.Await("tarven> TW")) << "prompt and half a line";
+    ASSERT_TRUE(living.Await("tarven> TW")) << "prompt and half a line:\n" << living.Shown();
     living.Type(
         "\x15"
         "EX\t");

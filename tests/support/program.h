@@ -36,6 +36,8 @@ class LivingProgram {
     /// ten seconds.
     bool Await(const std::string& text);
     void Kill(int signal);
+    /// What it has shown so far.
+    const std::string& Shown() const { return run_.out; }
     /// Closes the terminal, as its window does, and waits for the end.
     ProgramRun Hang_up();
     /// Waits for its end and returns all it showed.
