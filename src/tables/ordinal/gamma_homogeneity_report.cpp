@@ -78,9 +78,10 @@ std::vector<std::string> Local_value_lines(const LocalHypothesis& hypothesis,
             (stratum.sums.P > 0 ? Field(stratum.sums.gamma(), 7, 3) : Right(".", 7)) +
             Field(stratum.down, 7, 3) + Field(stratum.up, 7, 3);
         const FittedGamma against = Fitted_gamma(stratum.sums);
-        if (fitted)
-            line = Beside(line + Field(against.expected, 7, 3),
-                          against.se > 0 ? Field(against.z, 7, 2) : Right(".", 7));
+        if (fitted) {
+            line += Field(against.expected, 7, 3);
+            line = Beside(line, against.se > 0 ? Field(against.z, 7, 2) : Right(".", 7));
+        }
         lines.push_back(line);
     }
     const WeightedEstimate& estimate = record.estimate;
