@@ -121,8 +121,10 @@ Outcome SELECT() {
 void SHOW_D() {
     // Files of a project whose definitions could not be read hold no data that can be used.
     if (The_project.N < 1) return ShowMessage(Data_source_text(DataSource::none));
-    ShowMessage(Data_source_text(Data_source()));
-    Write_lines(Case_count_lines());
+    const DataSource source = Data_source();
+    ShowMessage(Data_source_text(source));
+    // Nobody has counted the cases of raw data that are read anew for each table.
+    if (source != DataSource::datfile) Write_lines(Case_count_lines());
     if (The_data.data_ready) Write_report(fmt::format("DATA in {} arrays", The_data.Ndata_arrays));
     if (The_data.tabdata_ready)
         Write_report(fmt::format("TABdata in {} arrays of cells and {} arrays of counts",

@@ -146,6 +146,9 @@ std::string Refusal_of_target(const fs::path& path, const fs::path& DEF) {
     if (The_project.ProjectOpen && among(Files_of_open_project()))
         return Refused(path, The_project.Projectname);
     if (!DEF.empty() && among(Files_of_project(DEF))) return Refused(path, Path_text(DEF.stem()));
+    if (among({The_session.StartPath / "TARVEN.cmd", The_session.StartPath / "TARVEN.imp",
+               The_session.StartPath / "TARVENprojectLog.txt"}))
+        return Path_text(path) + " is kept by the program: no report is written there";
     const std::string owner = Owner_in_folder(target);
     return owner.empty() ? "" : Refused(path, owner);
 }

@@ -1,7 +1,10 @@
 #include "project/select_variables.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
+#include "shell/text.h"
 #include "shell/variable_lists.h"
 #include "shell/words.h"
 
@@ -26,12 +29,15 @@ std::string First_not_understood(const std::string& line, const std::string& lab
     for (int n = 2; n <= Word_count(line); ++n) {
         const std::string word = Get_word(n, line);
         if (understood(word)) continue;
-        const auto c = std::find_if(word.begin(), word.end(), [&](char character) {
-            return !understood(std::string(1, character));
-        });
-        if (c == word.end()) continue;
-        const std::string in = word.size() > 1 ? " in \"" + word + "\"" : std::string();
-        return ": \"" + std::string(1, *c) + "\"" + in + " is no variable";
+        for (std::size_t at = 0; at < word.size();) {
+            // A letter outside Latin-1 is several characters of the line and named as one.
+            const std::string letter =
+                word.substr(at, Is_other_letter(word, at) ? OtherLetterLength : 1);
+            at += letter.size();
+            if (understood(letter)) continue;
+            const std::string in = letter == word ? std::string() : fmt::format(" in \"{}\"", word);
+            return fmt::format(": \"{}\"{} is no variable", letter, in);
+        }
     }
     return {};
 }

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -99,6 +100,12 @@ bool Is_unsaved_report(const std::string& file, const std::string& name) {
     return !number.empty() && number.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
+/// In a folder that everybody writes to, the files of others are not named.
+bool Is_ours(const fs::path& file) {
+    struct stat status {};
+    return ::stat(file.c_str(), &status) == 0 && status.st_uid == ::geteuid();
+}
+
 }  // namespace
 
 SavedReport Save_unsaved_report() {
@@ -113,10 +120,12 @@ SavedReport Save_report_if_unsaved() {
 void Tell_unsaved_reports(const fs::path& first_stage) {
     std::vector<fs::path> files;
     std::error_code error;
-    for (const fs::path& folder : {first_stage.parent_path(), The_session.StartPath}) {
+    const fs::path shared = fs::temp_directory_path(error);
+    for (const fs::path& folder : {first_stage.parent_path(), The_session.StartPath, shared}) {
         for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
              entry.increment(error))
-            if (Is_unsaved_report(entry->path().filename().string(), first_stage.stem().string()))
+            if (Is_unsaved_report(entry->path().filename().string(), first_stage.stem().string()) &&
+                (folder != shared || Is_ours(entry->path())))
                 files.push_back(fs::weakly_canonical(entry->path(), error));
     }
     std::sort(files.begin(), files.end());

@@ -195,9 +195,10 @@ TEST_F(NothingLost, NoReportIsWrittenOverAFileOfAProject) {
     const std::string data = Bytes("titanic.DAT");
     const std::string definition = Bytes("titanic.DEF");
     const std::string other_path = "./../" + folder.filename().string() + "/titanic.DAT";
-    const std::vector<std::string> targets = {"titanic.DAT",  "TITANIC.def", "titanic.SYS",
-                                              "titanic.exa",  "link.txt",    "second.txt",
-                                              "dangling.txt", other_path,    "plain.dta"};
+    const std::vector<std::string> targets = {
+        "titanic.DAT", "TITANIC.def", "titanic.SYS",  "titanic.exa",
+        "link.txt",    "second.txt",  "dangling.txt", other_path,
+        "plain.dta",   "titanic.aut", "TARVEN.cmd",   "TARVENprojectLog.txt"};
     for (const std::string& target : targets) {
         for (const std::string command : {"OUT ", "APP "}) {
             const ProgramRun run =
