@@ -13,7 +13,8 @@ enum class Moment : std::uint8_t {
     project_read,            ///< definitions are read; data follow
     project_about_to_close,  ///< what rests on the project is given up
     variables_changed,       ///< other variables, or another recursive structure
-    table_replaced           ///< the current table is gone or another
+    table_replaced,          ///< the current table is gone or another
+    items_changed            ///< the current item model is gone or another
 };
 
 /// Adds a procedure under a name that says whose it is. A second one of that name at the same

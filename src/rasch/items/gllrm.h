@@ -78,5 +78,32 @@ struct GLLRM {
 
 /// Sum of Item_maxscore() over the items.
 int Largest_possible_score(const GLLRM& model);
+/// Sum of the highest scores seen of each item: 0 until the scores are computed.
+int highest_possible_score(const GLLRM& model);
+
+/// The labels of the items, of the exogenous variables, in their order.
+std::string Item_labels(const GLLRM& model);
+std::string Exo_labels(const GLLRM& model);
+
+/// Exogenous variables in at least one term of DIF.
+NumberSet DIFsources(const GLLRM& model);
+/// Cells of the cross-classification of the sources of DIF; the score groups are one more source
+/// when items interact with the score. 1 without sources; at most 2^62, where it stops growing.
+std::int64_t BiasDim(const GLLRM& model);
+
+/// The connected components of the graph of local dependence: of two items at least, in the order
+/// of their first items. An item without dependence is in none.
+struct ItemComponentList {
+    int NitemComponents = 0;
+    One_based<NumberSet, MaxItems / 2> ItemComponents;  ///< [1..NitemComponents]
+    One_based<int, MaxItems> component;                 ///< [i]: of item i, 0 without dependence
+
+    NumberSet Items(int c) const { return ItemComponents[static_cast<std::size_t>(c)]; }
+};
+ItemComponentList Item_components(const GLLRM& model);
+
+/// Response vectors of a set of items, the product of their categories; at most 2^62, where it
+/// stops growing.
+std::int64_t Response_vectors(const GLLRM& model, NumberSet items);
 
 }  // namespace tarven
