@@ -8,18 +8,18 @@
 
 namespace tarven {
 
-namespace {
-
 /// Where the code of a variable lies in the packed words.
-struct Place {
+struct PlaceOfCode {
     std::uint8_t word = 0;
     std::uint8_t shift = 0;
     std::uint8_t mask = 0;
 };
 
+namespace {
+
 /// Fields are given out from the highest bit of word 0 downward; none crosses a word.
-std::vector<Place> Places_of(const std::vector<int>& dims, std::size_t& words) {
-    std::vector<Place> places;
+std::vector<PlaceOfCode> Places_of(const std::vector<int>& dims, std::size_t& words) {
+    std::vector<PlaceOfCode> places;
     std::size_t word = 0;
     int free = 64;
     for (const int dim : dims) {
@@ -72,7 +72,7 @@ void Sort_by_digits(std::vector<std::array<std::uint64_t, W>>& keys,
 }  // namespace
 
 struct PatternCounter::Counts {
-    explicit Counts(std::vector<Place> p) : places(std::move(p)) {}
+    explicit Counts(std::vector<PlaceOfCode> p) : places(std::move(p)) {}
     virtual ~Counts() = default;
     virtual void Add(const std::uint8_t* codes) = 0;
     /// Brings everything into one run.
@@ -81,7 +81,7 @@ struct PatternCounter::Counts {
     virtual std::string Move_to(CellStore& store) = 0;
 
     int N() const { return static_cast<int>(places.size()); }
-    std::vector<Place> places;
+    std::vector<PlaceOfCode> places;
     bool overflowed = false;
 };
 
@@ -103,13 +103,13 @@ struct PatternCounter::CountsOfWords : PatternCounter::Counts {
         std::size_t size = 0;
     };
 
-    explicit CountsOfWords(std::vector<Place> p) : Counts(std::move(p)) {
-        for (const Place& place : places) bits[place.word] = 64 - place.shift;
+    explicit CountsOfWords(std::vector<PlaceOfCode> p) : Counts(std::move(p)) {
+        for (const PlaceOfCode& place : places) bits[place.word] = 64 - place.shift;
     }
 
     void Add(const std::uint8_t* codes) override {
         Key key{};
-        for (const Place& place : places)
+        for (const PlaceOfCode& place : places)
             key[W == 1 ? 0 : place.word] |= static_cast<std::uint64_t>(*codes++) << place.shift;
         chunk.push_back(key);
         if (chunk.size() == ChunkCases) Close_chunk();
@@ -213,11 +213,11 @@ struct PatternCounter::CountsOfWords : PatternCounter::Counts {
         // each.
         std::uint8_t* code = store.codes.data();
         std::int32_t* const counts = store.counts.data();
-        const Place* const first = places.data();
-        const Place* const last = first + places.size();
+        const PlaceOfCode* const first = places.data();
+        const PlaceOfCode* const last = first + places.size();
         for (std::size_t k = 0; k < run.size; ++k) {
             const Entry entry = run.memory[k];
-            for (const Place* place = first; place != last; ++place)
+            for (const PlaceOfCode* place = first; place != last; ++place)
                 *code++ =
                     static_cast<std::uint8_t>(entry.key[W == 1 ? 0 : place->word] >> place->shift) &
                     place->mask;
@@ -234,7 +234,7 @@ struct PatternCounter::CountsOfWords : PatternCounter::Counts {
 
 PatternCounter::PatternCounter(const std::vector<int>& dims) {
     std::size_t words = 0;
-    std::vector<Place> places = Places_of(dims, words);
+    std::vector<PlaceOfCode> places = Places_of(dims, words);
     assert(!dims.empty() && dims.size() <= static_cast<std::size_t>(MaxVariables));
     // 59 variables of up to 8 bits: at most 8 words.
     if (words == 1)

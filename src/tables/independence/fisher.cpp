@@ -12,7 +12,7 @@ namespace tarven {
 namespace {
 
 /// Terms are kept 2^100 times too large, away from underflow; the sums are divided at the end.
-constexpr Extended scale = 0x1p100L;
+constexpr Extended tail_scale = 0x1p100L;
 
 /// The state of one enumeration. The cells of column j are filled from row 1 down; the last row and
 /// the last column are what the margins leave.
@@ -77,7 +77,8 @@ void Score_table(Walk& w, Extended log_cells) {
         if (w.gamma_sign * gamma >= w.gamma_sign * w.observed_gamma) w.gamma_tail += probability;
     }
     if (w.listing)
-        w.listing({w.tables, w.table, statistic, gamma, static_cast<double>(probability / scale)});
+        w.listing(
+            {w.tables, w.table, statistic, gamma, static_cast<double>(probability / tail_scale)});
     if (w.tables % 1024 == 0 && w.stop && w.stop()) w.stopped = true;
 }
 
@@ -167,9 +168,9 @@ FisherRecord Enumerate_tables(const TwoWayTable& counts, const StatisticRule& ru
     Start_column(w, 1, 0);
 
     result.tables = w.tables;
-    result.p_exact = static_cast<double>(w.statistic_tail / scale);
-    result.p_gamma_exact = static_cast<double>(w.gamma_tail / scale);
-    result.total_probability = static_cast<double>(w.all / scale);
+    result.p_exact = static_cast<double>(w.statistic_tail / tail_scale);
+    result.p_gamma_exact = static_cast<double>(w.gamma_tail / tail_scale);
+    result.total_probability = static_cast<double>(w.all / tail_scale);
     result.stopped = w.stopped;
     return result;
 }
