@@ -95,6 +95,7 @@ bool Save_report() {
 
 bool ExitFromTarven(bool dispose) {
     if (The_project.ProjectOpen) {
+        if (!May_end_by_questions()) return false;
         if (!The_report.OutputField.empty() && The_report.OutputChanged) {
             const std::optional<bool> wanted = Saving_wanted();
             const bool person = static_cast<bool>(The_user.user.ask_yes_no);

@@ -4,7 +4,8 @@
 
 namespace tarven {
 
-/// Ends the work on a project: asks whether an unsaved report shall be saved, gives up data, table
+/// Ends the work on a project: asks what other floors ask before the end (Ask_before_exit), and
+/// whether an unsaved report shall be saved, gives up data, table
 /// and what rests on them when `dispose`, and deletes the temporary report files. A report that was
 /// asked about is erased when another project follows (`dispose`). False, and nothing is done, when
 /// the person at the terminal leaves the question or the report could not be saved: it is kept.

@@ -216,6 +216,9 @@ bool OpenTarvenProjectClick(const fs::path& chosen) {
     if (!Change_folder(The_project.ProjectPath)) ShowMessage("Directory not changed");
     if (!Open_project_files()) return false;
 
+    Open_report();
+    Run_moment(Moment::project_opened_by_hand);
+    Close_report();
     Remember_project();
     Update_project_log();
     for (int panel = 4; panel <= 6; ++panel) SetStatus(panel, "");

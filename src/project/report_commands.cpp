@@ -76,13 +76,9 @@ Outcome PRINT() {
     return Outcome::done;
 }
 
-/// The Read operation: an earlier report, or any text, into this one.
-Outcome READ() {
-    std::string word = Get_name(2, The_line.CommandLine);
-    if (Upper(word) == "G") {
-        ShowMessage("READ G is not available yet");
-        return Outcome::refused;
-    }
+}  // namespace
+
+Outcome Read_report_file(std::string word) {
     if (word.empty())
         word = Choose_file("Read a report", "Report files (*.rep;*.txt)|*.txt;*.rep", "");
     if (word.empty()) {
@@ -105,12 +101,6 @@ Outcome READ() {
     for (const std::string& line : file.lines) ShowReportLine(line);
     return Outcome::done;
 }
-
-Outcome SAVE() {
-    return Run_letters(LetterCommand::save);
-}
-
-}  // namespace
 
 void Register_report_commands() {
     Register_command({.keyword = "OUT",
@@ -157,22 +147,6 @@ void Register_report_commands() {
                       .help =
                           "PRINT\n\nWrites the whole report once more to standard output, under a\n"
                           "line with date, time and project."});
-    Register_command({.keyword = "REA",
-                      .run = READ,
-                      .spelling = "READ",
-                      .summary = "adds a report file to the report",
-                      .help =
-                          "READ\nREAD file\n\n"
-                          "Adds the lines of a file, an earlier report say, to this report. At a\n"
-                          "terminal the file is asked for when none is named. (READ G, gamma\n"
-                          "values, is not available yet.)\n\n"
-                          "Example: REA titanic.rep\n\nRefused when the file does not exist."});
-    Register_command({.keyword = "SAV",
-                      .run = SAVE,
-                      .spelling = "SAVE",
-                      .summary = "saves gamma values, models and beliefs (none of them yet)",
-                      .help = "The report is saved by OUT.",
-                      .letters = LetterCommand::save});
 }
 
 }  // namespace tarven

@@ -10,6 +10,8 @@
 #include "shell/parsed_line.h"
 #include "shell/report.h"
 #include "shell/user.h"
+#include "shell/variable_lists.h"
+#include "shell/words.h"
 
 namespace tarven {
 
@@ -18,11 +20,30 @@ namespace {
 struct Registry {
     std::map<int, Command> commands;
     std::map<std::pair<LetterCommand, char>, Letter> letters;
+    std::map<std::pair<LetterCommand, char>, std::vector<LetterWord>> words;
 };
 
 Registry& The_registry() {
     static Registry registry;
     return registry;
+}
+
+/// The word that claims the line: the parameters begin with its letter alone and a word that begins
+/// as it does.
+const LetterWord* Claiming_word(LetterCommand command, const ParsedLine& line) {
+    const std::string_view parameters = Behind_keyword(line.CommandLine);
+    const std::string letter = Upper(Get_word(1, parameters));
+    const std::string word = Upper(Get_word(2, parameters));
+    if (letter.size() != 1) return nullptr;
+    for (const LetterWord* known : Letter_words(command, letter[0]))
+        if (word.starts_with(known->beginning)) return known;
+    return nullptr;
+}
+
+void Run_word(const LetterWord& word) {
+    if (word.report == Report::opened) Open_report();
+    if (Needs_hold(word.needs)) word.run();
+    if (word.report == Report::opened) Close_report();
 }
 
 void Run_letter(LetterCommand command, const Letter& letter) {
@@ -69,6 +90,18 @@ void Register_letter(LetterCommand command, Letter letter) {
     The_registry().letters[{command, key}] = std::move(letter);
 }
 
+void Register_letter_word(LetterCommand command, LetterWord word) {
+    assert(Letters_in_order(command).find(word.letter) != std::string_view::npos &&
+           "a word behind a letter without a place in the order");
+    The_registry().words[{command, word.letter}].push_back(std::move(word));
+}
+
+std::vector<const LetterWord*> Letter_words(LetterCommand command, char letter) {
+    std::vector<const LetterWord*> words;
+    for (const LetterWord& word : The_registry().words[{command, letter}]) words.push_back(&word);
+    return words;
+}
+
 std::string_view Letters_in_order(LetterCommand command) {
     switch (command) {
         case LetterCommand::show:
@@ -102,6 +135,10 @@ std::string_view Spelling(LetterCommand command) {
 
 Outcome Run_letters(LetterCommand command) {
     const ParsedLine line = The_line;  // a letter may ask for parameters, which then replace it
+    if (const LetterWord* word = Claiming_word(command, line)) {
+        Run_word(*word);
+        return Outcome::done;
+    }
     bool ran = false;
     for (const char key : Letters_in_order(command)) {
         const Letter* letter = Has_parameter(line, key) ? Find_letter(command, key) : nullptr;

@@ -66,6 +66,22 @@ struct Letter {
 
 void Register_letter(LetterCommand command, Letter letter);
 
+/// A word behind a single letter that makes the whole line its own: in SHOW G COMPARE no letter of
+/// COMPARE is a letter of SHOW.
+struct LetterWord {
+    char letter = ' ';
+    std::string beginning;      ///< upper case; the word may go on: "COM"
+    std::string spelling;       ///< with what stands behind it, for the reader: "COMPARE [file]"
+    std::function<void()> run;  ///< reads The_line
+    std::vector<Need> needs;
+    Report report = Report::opened;
+    std::string summary;
+};
+
+void Register_letter_word(LetterCommand command, LetterWord word);
+/// The words of a letter in the order in which they were added.
+std::vector<const LetterWord*> Letter_words(LetterCommand command, char letter);
+
 /// The letters of a command in the fixed order in which they are tried.
 std::string_view Letters_in_order(LetterCommand command);
 const Letter* Find_letter(LetterCommand command, char letter);
@@ -73,8 +89,8 @@ const Letter* Find_letter(LetterCommand command, char letter);
 /// The spelling of the command: "SHOW".
 std::string_view Spelling(LetterCommand command);
 
-/// Runs every letter among the parameters of The_line, in the fixed order. Refused when there is no
-/// letter to run.
+/// Runs every letter among the parameters of The_line, in the fixed order, or the word that claims
+/// the line. Refused when there is no letter to run.
 Outcome Run_letters(LetterCommand command);
 
 /// Shows the messages of a failure and refuses.

@@ -24,10 +24,13 @@ std::string Title(const Command& command) {
 /// "SHOW letters", a line for each letter, and what the command says of them all.
 std::string Help_of_letters(LetterCommand command, const std::string& behind) {
     std::string text = fmt::format("{} letters\n\n", Spelling(command));
-    for (const char key : Letters_in_order(command))
+    for (const char key : Letters_in_order(command)) {
         if (const Letter* letter = Find_letter(command, key))
             text += fmt::format("  {}  {}{}\n", key, letter->summary,
                                 letter->available ? "" : " (not available yet)");
+        for (const LetterWord* word : Letter_words(command, key))
+            text += fmt::format("  {} {}  {}\n", key, word->spelling, word->summary);
+    }
     return text + "\n" + behind;
 }
 

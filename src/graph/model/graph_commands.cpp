@@ -4,7 +4,10 @@
 #include <tuple>
 #include <vector>
 
-#include "project/project.h"
+#include "graph/model/graph_file_commands.h"
+#include "graph/model/graph_workspace.h"
+#include "graph/model/revision_commands.h"
+#include "graph/model/show_graph_commands.h"
 #include "shell/commands.h"
 #include "shell/environment.h"
 #include "shell/later_commands.h"
@@ -25,20 +28,11 @@ void Register_commands_of_graph_mode() {
 
 void Register_letters() {
     Register_letter(LetterCommand::show,
-                    {.letter = 'G', .summary = "the project graph", .available = false});
-    Register_letter(LetterCommand::show,
                     {.letter = 'B', .summary = "the beliefs on edges", .available = false});
     Register_letter(LetterCommand::dispose,
                     {.letter = 'B', .summary = "the beliefs on edges", .available = false});
     Register_letter(LetterCommand::input,
                     {.letter = 'B', .summary = "the beliefs of the BEL file", .available = false});
-    Register_letter(LetterCommand::input,
-                    {.letter = 'G',
-                     .needs = {{[] { return The_project.files.GRF.exists; }, "No GRAPH file."}},
-                     .summary = "the graph of the GRF file",
-                     .available = false});
-    Register_letter(LetterCommand::save,
-                    {.letter = 'G', .summary = "gamma coefficients", .available = false});
     Register_letter(LetterCommand::save,
                     {.letter = 'B', .summary = "the beliefs on edges", .available = false});
 }
@@ -46,8 +40,11 @@ void Register_letters() {
 }  // namespace
 
 void Register_graph_commands() {
+    Register_graph_workspace();
+    Register_graph_file_commands();
+    Register_revision_commands();
+    Register_show_graph();
     Register_later_commands({
-        {"ADD", "ADD", "adds edges to the project graph"},
         {"BAC", "BACKWARD", "backward model search"},
         {"BEL", "BELIEF", "beliefs on the edges of the project graph"},
         {"CAU", "CAUSAL", "analysis of causal relationships"},
@@ -55,7 +52,6 @@ void Register_graph_commands() {
         {"CHE", "CHECK", "checks the assumptions of the current model"},
         {"DEL", "DELETE", "deletes edges of the project graph"},
         {"DES", "DESCRIBE", "describes relationships of the project graph"},
-        {"FIX", "FIX", "fixes edges of the project graph"},
         {"FOR", "FORWARD", "forward model search"},
         {"GMP", "GMP", "hypotheses from the global Markov property"},
         {"GRA", "GRAPH", "enters graph mode"},
@@ -63,10 +59,8 @@ void Register_graph_commands() {
         {"MOD", "MODEL", "model search"},
         {"MPL", "MPLUS", "exports data and a model"},
         {"NAI", "NAIVE", "naive screening of the data"},
-        {"NEW", "NEWMODEL", "starts a new project graph"},
         {"NOD", "NODECOLOR", "colours nodes of the project graph"},
         {"PAT", "PATH", "paths between variables of the project graph"},
-        {"PRE", "PREVENT", "prevents edges of the project graph"},
         {"RED", "REDUCE", "reduces hypotheses by the project graph"},
         {"REL", "RELEVANCE", "relevant variables of a hypothesis"},
         {"SCR",
@@ -75,7 +69,6 @@ void Register_graph_commands() {
          {Never("This command requires at least three items", 'I'),
           Never("Sceening of effects on the score requires exogenous variables", 'E')}},
         {"SEP", "SEPARATE", "separation hypotheses of the project graph"},
-        {"XPL", "XPLANATORY", "fixes the edges of the last block"},
     });
     Register_commands_of_graph_mode();
     Register_letters();

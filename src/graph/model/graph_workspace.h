@@ -4,14 +4,15 @@
 #include <vector>
 
 #include "graph/model/chain_graph.h"
+#include "shell/commands.h"
 
 namespace tarven {
 
 /// The graph of the project, as commands read and revise it.
 struct GraphWorkspace {
-    ChainGraph model;     ///< nvar is 0 without a project
-    ChainGraph original;  ///< the model as the opening, or another structure, gave it
-    std::vector<std::string> history;  ///< "The model was revised: AB", the oldest first
+    ChainGraph model;                  ///< nvar is 0 without a project
+    ChainGraph original;               ///< the model as the opening, or another structure, gave it
+    std::vector<std::string> history;  ///< "The model was revised: AB (ADD)", the oldest first
     bool changed = false;              ///< since it was read or saved: the exit asks to save it
     bool file_is_whole = false;        ///< the GRF file was read to its end without a warning
 };
@@ -20,6 +21,8 @@ inline GraphWorkspace The_graph;
 
 /// Whether the project has a graph.
 bool Graph_defined();
+/// The refusal of commands without one.
+extern const Need NeedsGraph;
 
 /// Takes a revised model in the place of the current one: the exit will ask to save it, its history
 /// gets a line, and the gammas of the model before are given up. The caller has set its source and
@@ -29,7 +32,17 @@ void Adopt_model(const ChainGraph& model, const std::string& history_line);
 /// Puts a model read or made anew into the workspace, with its copy and an empty history.
 void Start_model(const ChainGraph& model, bool file_is_whole);
 
-/// What the project floor's moments do to the graph.
+/// A graph of the project's variables and blocks, every pair of that status. Its source is
+/// new_graph.
+ChainGraph New_project_graph(EdgeStatus status);
+
+/// The names of the project's variables, "" where there is none.
+std::vector<std::string> Names_of_variables();
+
+/// Why a graph is not one of the project's variables and blocks; empty when it is.
+std::string Incompatibility_with_project(const ChainGraph& graph);
+
+/// What becomes of the graph when variables or blocks change, and when a project closes.
 void Register_graph_workspace();
 
 }  // namespace tarven

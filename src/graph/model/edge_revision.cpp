@@ -1,0 +1,82 @@
+#include "graph/model/edge_revision.h"
+
+#include "shell/variable_lists.h"
+
+namespace tarven {
+
+namespace {
+
+/// The places of the list. The converter writes "*" as the number behind the last label, which may
+/// be typed as well; under one label more only the "*" moves.
+std::vector<int> Typed_places(std::string_view line, std::string_view labels) {
+    const VariableList list = String_to_variables(line, labels, true);
+    const VariableList moved = String_to_variables(line, std::string(labels) + '\x01', true);
+    if (!list.ok) return {};
+    std::vector<int> places;
+    for (std::size_t k = 0; k < list.list.size(); ++k)
+        places.push_back(list.list[k] == moved.list[k] ? list.list[k] : EveryOther);
+    return places;
+}
+
+bool Is_variable(const ChainGraph& graph, int v) {
+    return v >= 1 && v <= graph.nvar;
+}
+
+void Revise_pair(EdgeRevision& revision, TypedPair pair, EdgeStatus status) {
+    ChainGraph& graph = revision.graph;
+    if (!Is_variable(graph, pair.first) || !Is_variable(graph, pair.second) ||
+        pair.first == pair.second) {
+        revision.pairs.push_back({pair, Revised::refused, 0});
+        return;
+    }
+    const std::uint8_t before = graph.StatusOf(pair.first, pair.second);
+    // Of a pair that was read with two statuses, the one that stays must be that of both ways.
+    const bool same = before == status && graph.StatusOf(pair.second, pair.first) == status;
+    revision.pairs.push_back({pair, same ? Revised::unchanged : Revised::yes, before});
+    if (same) return;
+    Set_status(graph, pair.first, pair.second, status);
+    revision.changed = true;
+}
+
+}  // namespace
+
+std::vector<TypedPair> Typed_pairs(std::string_view line, std::string_view labels) {
+    const std::vector<int> places = Typed_places(line, labels);
+    std::vector<TypedPair> pairs;
+    for (std::size_t k = 1; k < places.size(); k += 2) pairs.push_back({places[k - 1], places[k]});
+    return pairs;
+}
+
+EdgeRevision Revise_edges(const ChainGraph& graph, const std::vector<TypedPair>& pairs,
+                          EdgeStatus status) {
+    EdgeRevision revision{graph, {}, false};
+    for (const TypedPair& pair : pairs) {
+        if (pair.second != EveryOther || !Is_variable(graph, pair.first)) {
+            Revise_pair(revision, pair, status);
+            continue;
+        }
+        for (int v = 1; v <= graph.nvar; ++v)
+            if (v != pair.first) Revise_pair(revision, {pair.first, v}, status);
+    }
+    if (revision.changed) revision.graph.revised = true;
+    return revision;
+}
+
+ExplanatoryRevision Fix_explanatory(const ChainGraph& graph) {
+    ExplanatoryRevision revision{graph};
+    if (graph.Nblocks < 2) {
+        revision.reason = NotFixed::one_block;
+        return revision;
+    }
+    const int before = graph.Cutpoints[static_cast<std::size_t>(graph.Nblocks - 1)];
+    if (graph.nvar - before < 2) {
+        revision.reason = NotFixed::one_variable;
+        return revision;
+    }
+    for (int i = before + 1; i <= graph.nvar; ++i)
+        for (int j = i + 1; j <= graph.nvar; ++j) Set_status(revision.graph, i, j, Fixed);
+    revision.graph.revised = true;
+    return revision;
+}
+
+}  // namespace tarven

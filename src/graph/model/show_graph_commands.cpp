@@ -1,0 +1,90 @@
+#include "graph/model/show_graph_commands.h"
+
+#include <span>
+#include <string>
+
+#include "graph/model/graph_comparison_report.h"
+#include "graph/model/graph_report.h"
+#include "graph/model/graph_workspace.h"
+#include "graph/model/named_graph_workspace.h"
+#include "project/project.h"
+#include "shell/commands.h"
+#include "shell/files.h"
+#include "shell/parsed_line.h"
+#include "shell/report.h"
+#include "shell/text.h"
+#include "shell/user.h"
+#include "shell/words.h"
+#include "tables/ordinal/gammas_workspace.h"
+
+namespace tarven {
+
+namespace {
+
+void SHOW_G() {
+    const ChainGraph& graph = The_graph.model;
+    std::span<const double> gammas;
+    if (The_project_gammas.ready) gammas = The_project_gammas.IJXgamma;
+    Write_underlined("Project graph: " + Source_line(graph));
+    Write_lines(Variables_of_graph_lines(graph, Names_of_variables()));
+    Write_lines(Model_lines(graph, Summarize_graph(graph, gammas)));
+    Write_lines(History_lines(The_graph.history));
+}
+
+void Write_comparison(const NamedGraph& one, const NamedGraph& other) {
+    Write_lines(Comparison_lines(one, other, Compare_graphs(one.graph, other.graph)));
+}
+
+/// A graph file that a line names; not ok, with the message, when it cannot be read.
+NamedGraphFile Graph_named(const std::string& name) {
+    const auto found = Find_file(Text_path(name));
+    if (found) return Read_graph_strictly(*found);
+    ShowMessage(Printable(name) + " does not exist");
+    return {};
+}
+
+void Compare_with_saved() {
+    const auto found = Find_file(The_project.files.GRF.path);
+    if (!found) return ShowMessage("No GRF file");
+    const NamedGraphFile saved = Read_graph_of_project(*found);
+    if (!saved.ok) return;
+    Write_underlined("Comparison of the current model and the model saved on the GRF file");
+    Write_comparison({"The current model", The_graph.model},
+                     {"The model on the GRF file", saved.graph});
+}
+
+/// SHOW G COMPARE, with no file, one or two.
+void SHOW_G_COMPARE() {
+    const std::string first = Get_name(4, The_line.CommandLine);
+    const std::string second = Get_name(5, The_line.CommandLine);
+    if (first.empty()) return Compare_with_saved();
+    const NamedGraphFile one = Graph_named(first);
+    if (!one.ok) return;
+    if (second.empty()) {
+        Write_underlined("Comparison of two graphs");
+        return Write_comparison({"The current model", The_graph.model}, {first, one.graph});
+    }
+    const NamedGraphFile other = Graph_named(second);
+    if (!other.ok) return;
+    Write_underlined("Comparison of two graphs");
+    Write_comparison({first, one.graph}, {second, other.graph});
+}
+
+}  // namespace
+
+void Register_show_graph() {
+    const Need defined = {Graph_defined, "Graph is not defined."};
+    Register_letter(LetterCommand::show, {.letter = 'G',
+                                          .run = SHOW_G,
+                                          .needs = {defined},
+                                          .summary = "the project graph: edges, cliques, history"});
+    Register_letter_word(LetterCommand::show,
+                         {.letter = 'G',
+                          .beginning = "COM",
+                          .spelling = "COMPARE [file [file]]",
+                          .run = SHOW_G_COMPARE,
+                          .needs = {defined},
+                          .summary = "the graph and the one saved, or graph files (.GRF)"});
+}
+
+}  // namespace tarven
