@@ -27,8 +27,9 @@ struct MatrixLayout {
 MatrixLayout Layout_of(const ChainGraph& graph) {
     MatrixLayout layout;
     layout.step = graph.nvar <= MostSpacedVariables ? 2 : 1;
-    const int width = 5 + layout.step * graph.nvar + graph.BlockOf(graph.nvar) - 1;
-    layout.blocks_apart = width <= static_cast<int>(ReportWidth);
+    const int blocks = graph.BlockOf(graph.nvar);
+    const int width = 5 + layout.step * graph.nvar + blocks - 1;
+    layout.blocks_apart = width <= static_cast<int>(ReportWidth) && 2 * blocks <= graph.nvar;
     return layout;
 }
 

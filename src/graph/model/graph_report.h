@@ -20,9 +20,9 @@ std::vector<std::string> Wrapped_lines(const std::string& heading,
                                        const std::vector<std::string>& items,
                                        std::string_view between);
 
-/// The matrix of statuses with its legend. The diagonal shows the labels; blocks stand apart where
-/// the width allows it; more than 36 variables stand without a blank between their columns, so that
-/// 59 fit a line.
+/// The matrix of statuses with its legend. The diagonal shows the labels; blocks stand apart when
+/// they have two variables or more on the average and the width allows it; more than 36 variables
+/// stand without a blank between their columns, so that 59 fit a line.
 std::vector<std::string> Status_matrix_lines(const ChainGraph& graph);
 
 /// The whole model: matrix, cliques by level, log-linear generators, average gammas where there are
