@@ -7,11 +7,12 @@
 #include <cmath>
 #include <limits>
 
+#include "rasch/items/model_text.h"
+
 namespace tarven {
 
 namespace {
 
-constexpr int MostScoreGroupsOfTerm = 59;
 constexpr Extended LargeDelta = 10.0L;
 constexpr Extended CyclingDelta = 2.0L;
 constexpr Extended CyclingGain = 0.00001L;
@@ -170,10 +171,10 @@ std::vector<std::string> Reasons_against(const GLLRM& model, const ModelStructur
                                          const ResponseTable& table) {
     if (const auto oversized = Find_oversized_component(model, structure))
         return {Oversized_component_message(model, *oversized)};
-    if (structure.by_score_groups && model.groups.ScoreDim > MostScoreGroupsOfTerm)
+    if (structure.by_score_groups && model.groups.ScoreDim > MostGroupsOfAnInteraction)
         return {fmt::format("Too many score groups for item-score interactions: {} > {}",
-                            model.groups.ScoreDim, MostScoreGroupsOfTerm)};
-    const std::int64_t cells = Cells_of_sources(structure);
+                            model.groups.ScoreDim, MostGroupsOfAnInteraction)};
+    const std::int64_t cells = BiasDim(model);
     const std::int64_t scores = std::max(Highest_complete_score(table), 0) + 1;
     if (cells > MaxGammaEntries / scores)
         return {fmt::format("Too many Gamma parameters. {} > {}",

@@ -8,12 +8,6 @@ namespace tarven {
 
 namespace {
 
-constexpr std::int64_t VeryMany = std::int64_t{1} << 62;
-
-std::int64_t Product_held(std::int64_t product, int factor) {
-    return factor > 0 && product > VeryMany / factor ? VeryMany : product * factor;
-}
-
 void Read_pairs(const GLLRM& model, ModelStructure& structure) {
     for (int i = 1; i < model.NITEMS; ++i)
         for (int j = i + 1; j <= model.NITEMS; ++j)
@@ -42,25 +36,13 @@ void Read_terms(const GLLRM& model, ModelStructure& structure) {
     }
 }
 
-NumberSet Component_of(const GLLRM& model, int item) {
-    NumberSet members = Number(item);
-    for (bool grown = true; grown;) {
-        grown = false;
-        for (int i = 1; i <= model.NITEMS; ++i) {
-            if (!Has_number(members, i)) continue;
-            const NumberSet joined = members | model.LocalDependence[static_cast<std::size_t>(i)];
-            grown = grown || joined != members;
-            members = joined;
-        }
-    }
-    return members;
-}
-
 void Read_components(const GLLRM& model, ModelStructure& structure) {
+    const ItemComponentList dependent = Item_components(model);
     NumberSet placed = 0;
     for (int i = 1; i <= model.NITEMS; ++i) {
         if (Has_number(placed, i)) continue;
-        const NumberSet members = Component_of(model, i);
+        const int c = dependent.component[static_cast<std::size_t>(i)];
+        const NumberSet members = c > 0 ? dependent.Items(c) : Number(i);
         placed |= members;
         ItemComponent component;
         for (int j = i; j <= model.NITEMS; ++j)
@@ -92,19 +74,12 @@ ModelStructure Structure_of(const GLLRM& model) {
     return structure;
 }
 
-std::int64_t Cells_of_sources(const ModelStructure& structure) {
-    std::int64_t cells = 1;
-    for (const DifSource& source : structure.sources)
-        cells = Product_held(cells, source.categories);
-    return cells;
-}
-
 std::optional<OversizedComponent> Find_oversized_component(const GLLRM& model,
                                                            const ModelStructure& structure) {
     for (const ItemComponent& component : structure.components) {
-        std::int64_t vectors = 1;
-        for (const int i : component.items)
-            vectors = Product_held(vectors, model.ItemNo(i).item_dim);
+        NumberSet items = 0;
+        for (const int i : component.items) items |= Number(i);
+        const std::int64_t vectors = Response_vectors(model, items);
         if (vectors > MaxComponentVectors) return OversizedComponent{component.items, vectors};
     }
     return {};

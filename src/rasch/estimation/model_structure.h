@@ -60,13 +60,10 @@ struct ModelStructure {
 
 ModelStructure Structure_of(const GLLRM& model);
 
-/// Cells of the cross-classification of the sources, 1 without any, held at 2^62.
-std::int64_t Cells_of_sources(const ModelStructure& structure);
-
 /// The first component of more than MaxComponentVectors response vectors.
 struct OversizedComponent {
     std::vector<int> items;
-    std::int64_t vectors = 0;  ///< held at 2^62
+    std::int64_t vectors = 0;  ///< as Response_vectors
 };
 std::optional<OversizedComponent> Find_oversized_component(const GLLRM& model,
                                                            const ModelStructure& structure);
