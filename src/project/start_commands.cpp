@@ -207,14 +207,16 @@ Outcome EXIT() {
 
 constexpr const char* ExitHelp =
     "EXIT\nQUIT\n\n"
-    "Ends the program. When the report holds lines that were neither saved nor appended it asks\n"
+    "Ends the program. When the project graph was changed since it was read or saved it asks\n"
+    "\"Save Graph\": Y writes project.GRF, and C, or Ctrl-C at a terminal, leads back to the\n"
+    "prompt. When the report holds lines that were neither saved nor appended it asks\n"
     "whether to save them. At a terminal you name the file, project.REP when you name none; "
     "Ctrl-C,\n"
     "Ctrl-D or a file that cannot be written lead back to the prompt. From a file or a pipe it is\n"
     "project.REP, and exit status 1 tells of a failure. The temporary files of the report are\n"
     "deleted. The end of a command file given to the program, or of standard input, means the\n"
     "same.\n\n"
-    "The same question comes before another project is opened (OPE, not BAT); then the report is\n"
+    "The same questions come before another project is opened (OPE, not BAT); then the report is\n"
     "erased.";
 
 }  // namespace
@@ -248,7 +250,8 @@ void Register_start_commands() {
                               "Opens a project of the current folder without a question and runs\n"
                               "its command file, project.CMD or the one named. Lines of BAT in a\n"
                               "command file process project after project unattended; one that is\n"
-                              "missing gives its message and the next one follows.\n\n"
+                              "missing gives its message and the next one follows. A graph that\n"
+                              "was changed is not saved: end with SAVE.\n\n"
                               "Example: BAT titanic night.cmd\n\n"
                               "Refused when project.DEF or the command file is missing; the open\n"
                               "project then stays."});

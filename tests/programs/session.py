@@ -27,7 +27,8 @@ def main():
     with tempfile.TemporaryDirectory() as scratch:
         folder = pathlib.Path(scratch).resolve() / "session"
         # Not what somebody who opened an example has left there.
-        made = shutil.ignore_patterns("*.SYS", "*.TAB", "*.TMP", "*.REP")
+        made = shutil.ignore_patterns("*.SYS", "*.TAB", "*.TMP", "*.REP", "*.GRF",
+                                      "*.GAM")
         shutil.copytree(examples, folder, ignore=made)
         for path in [folder, *folder.rglob("*")]:
             path.chmod(path.stat().st_mode | 0o200)

@@ -24,7 +24,8 @@ def main():
     shown = [bare(text) for text in blocks if "ypothesis " in text]
     with tempfile.TemporaryDirectory() as scratch:
         folder = pathlib.Path(scratch) / "examples"
-        made = shutil.ignore_patterns("*.SYS", "*.TAB", "*.TMP", "*.REP")
+        made = shutil.ignore_patterns("*.SYS", "*.TAB", "*.TMP", "*.REP", "*.GRF",
+                                      "*.GAM")
         shutil.copytree(examples, folder, ignore=made)
         for path in [folder, *folder.rglob("*")]:
             path.chmod(path.stat().st_mode | 0o200)

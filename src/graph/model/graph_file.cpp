@@ -12,6 +12,7 @@ namespace {
 
 constexpr int LargestStatus = 255;
 constexpr std::size_t MostPairsTold = 20;
+constexpr char MissingLabel = '?';
 
 std::size_t Nth(int v) {
     return static_cast<std::size_t>(v);
@@ -128,7 +129,8 @@ std::string Asymmetric_pairs(const ChainGraph& graph) {
 
 /// "A 100 400" of the variable whose turn it is.
 bool Read_place(const std::string& line, ChainGraph& graph, int v) {
-    if (Get_word(1, line) != std::string(1, graph.Labels[Nth(v - 1)])) return false;
+    const char label = graph.Labels[Nth(v - 1)];
+    if (label != MissingLabel && Get_word(1, line) != std::string(1, label)) return false;
     std::int32_t x = 0, y = 0;
     if (!To_integer(Get_word(2, line), x) || !To_integer(Get_word(3, line), y)) return false;
     graph.coordinates[Nth(v)] = {x, y};
@@ -266,7 +268,7 @@ GraphFile Read_graph_file(const std::vector<std::string>& all, const std::string
     if (graph.Labels.size() < Nth(graph.nvar)) {
         file.warnings.push_back(fmt::format("Too few labels on GRF file: {}   {} labels found",
                                             Told(line), graph.Labels.size()));
-        graph.Labels.resize(Nth(graph.nvar), '?');
+        graph.Labels.resize(Nth(graph.nvar), MissingLabel);
     }
     if (const std::string failure = Read_matrix(lines, graph, name, false); !failure.empty())
         return Refused(failure);

@@ -44,12 +44,28 @@ bool GRF_is_there() {
     return GRF.exists;
 }
 
+bool Is_same_path(const fs::path& one, const fs::path& other) {
+    std::error_code error;
+    return fs::equivalent(one, other, error);
+}
+
+/// Replaces a file of the graph. Definitions and data are never written over, also where the DEF
+/// file or a link gives the graph one of their names. Why it failed, or empty.
+std::string Write_graph_lines(const fs::path& path, const std::vector<std::string>& lines) {
+    const ProjectFiles& files = The_project.files;
+    for (const ProjectFile* file :
+         {&files.DEF, &files.VAR, &files.CAT, &files.DAT, &files.SYS, &files.TAB, &files.EXA})
+        if (Is_same_path(path, file->path))
+            return Path_text(path) + " holds other data of the project: no graph is written there";
+    return Write_text_file(path, lines);
+}
+
 /// Writes the current model on the GRF file. Why that failed, or empty.
 std::string Write_project_graph() {
     ProjectFile& GRF = The_project.files.GRF;
     GRF.path = Existing_or(GRF.path);
     const std::string failure =
-        Write_text_file(GRF.path, GRF_lines(The_graph.model, Names_of_variables()));
+        Write_graph_lines(GRF.path, GRF_lines(The_graph.model, Names_of_variables()));
     if (!failure.empty()) return failure;
     GRF.exists = true;
     The_graph.changed = false;
@@ -203,7 +219,7 @@ void SAVE_G() {
     if (!The_project_gammas.ready) return ShowMessage("Gamma coefficients are not ready");
     const fs::path GAM = GAM_of_project();
     const std::string failure =
-        Write_text_file(GAM, GAM_lines(The_project_gammas.IJXgamma, The_graph.model.nvar));
+        Write_graph_lines(GAM, GAM_lines(The_project_gammas.IJXgamma, The_graph.model.nvar));
     if (!failure.empty()) return Show_machine_failure(failure);
     ShowMessage("Partial gamma coefficients were recalculated and saved on " +
                 Path_text(GAM.filename()));
@@ -221,11 +237,6 @@ Outcome READ_G() {
         return Outcome::refused;
     }
     return Read_gammas(*found) ? Outcome::done : Outcome::refused;
-}
-
-bool Is_same_path(const fs::path& one, const fs::path& other) {
-    std::error_code error;
-    return fs::equivalent(one, other, error);
 }
 
 /// A graph file by its name, for the project when the user wants it.

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "project/project.h"
 #include "shell/lifecycle.h"
 #include "shell/user.h"
@@ -34,20 +36,52 @@ void Start_new_graph() {
     The_graph.changed = true;
 }
 
+/// For each variable of the project the one of the graph that it is: that of its label, or, when no
+/// variable had its label, the one in its place, renamed. Empty when two would be the same one.
+std::vector<int> Variables_in_graph(const std::string& labels, const std::string& before) {
+    std::vector<int> numbers;
+    for (std::size_t v = 0; v < labels.size(); ++v) {
+        const auto moved = before.find(labels[v]);
+        const auto index = moved == std::string::npos ? v : moved;
+        const int number = static_cast<int>(index) + 1;
+        if (std::find(numbers.begin(), numbers.end(), number) != numbers.end()) return {};
+        numbers.push_back(number);
+    }
+    return numbers;
+}
+
+/// The graph with its variables in another order and under other labels; blocks stay in their
+/// places.
+ChainGraph Reordered(const ChainGraph& graph, const std::vector<int>& numbers,
+                     const std::string& labels) {
+    ChainGraph result = graph;
+    result.Labels = labels;
+    for (std::size_t i = 1; i <= numbers.size(); ++i) {
+        const auto was = static_cast<std::size_t>(numbers[i - 1]);
+        result.coordinates[i] = graph.coordinates[was];
+        for (std::size_t j = 1; j <= numbers.size(); ++j)
+            result.Status[i][j] = graph.Status[was][static_cast<std::size_t>(numbers[j - 1])];
+    }
+    Derive_adjacency(result);
+    return result;
+}
+
 /// Other variables, or other blocks. A graph of as many variables in the same blocks stays; its
-/// labels follow theirs.
+/// labels, and the order of its variables, follow theirs.
 void Follow_the_variables() {
     ChainGraph& model = The_graph.model;
     if (!Graph_defined()) return;  // the opening reads it, or makes one
-    if (model.nvar != The_project.N) {
+    const std::string labels = Labels_of_project();
+    const std::vector<int> numbers = Variables_in_graph(labels, model.Labels);
+    if (model.nvar != The_project.N || numbers.empty()) {
         ShowMessage(" Graph will be initialized");
         return Start_new_graph();
     }
     if (!Has_blocks_of_project(model) && AskYesNo("New recursive structure. Create new graph"))
         return Start_new_graph();
-    const std::string labels = Labels_of_project();
     if (model.Labels == labels) return;
-    model.Labels = The_graph.original.Labels = labels;
+    model = Reordered(model, numbers, labels);
+    The_graph.original = Reordered(The_graph.original, numbers, labels);
     The_graph.changed = true;
 }
 

@@ -1,0 +1,318 @@
+// The graph of a project from its opening to its exit: which files are read, written and left
+// alone, what becomes of the graph when variables change, and what refused commands leave.
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "graph/model/graph_file.h"
+#include "graph/model/graph_workspace.h"
+#include "graph/model/placement.h"
+#include "project/open_project.h"
+#include "project/project.h"
+#include "shell/report.h"
+#include "shell/session.h"
+#include "shell/user.h"
+#include "shell/workspace.h"
+#include "support/session.h"
+#include "tables/ordinal/gammas_workspace.h"
+
+namespace tarven {
+namespace {
+
+namespace fs = std::filesystem;
+using Lines = std::vector<std::string>;
+
+struct GraphSession : SessionTest {
+    /// Three variables: A, explained by B and C.
+    void Put_project(const std::string& labels = "ABC", const std::string& blocks = "2\n1 3\n") {
+        Put("x.DEF", "3\n");
+        std::string VAR = std::to_string(labels.size()) + "\n";
+        for (std::size_t v = 0; v < labels.size(); ++v)
+            VAR += std::string(1, labels[v]) + " " + std::to_string(v % 3 + 1) + " 2 3\n0 1 2\n";
+        Put("x.VAR", VAR + blocks);
+        Put("x.DAT", "1 1 2\n2 1 2\n1 2 1\n2 2 2\n1 1 1\n");
+    }
+    void Open(const std::string& GRF = "") {
+        Put_project();
+        if (!GRF.empty()) Put("x.GRF", GRF);
+        Run({"OPE x"});
+        ASSERT_TRUE(The_project.ProjectOpen);
+    }
+    static std::string Whole_file() {
+        return "3 2\n1 3\nA B C \n3 2 1\n2 3 0\n1 0 3\nCOORDINATES\nA 1 2\nB 3 4\nC 5 6\n";
+    }
+    static std::uint8_t Status(int i, int j) { return The_graph.model.StatusOf(i, j); }
+    static void Have_gammas() {
+        The_project_gammas.IJXgamma = {999, .1, .2, .1, 999, .3, .2, .3, 999};
+        The_project_gammas.ready = true;
+    }
+};
+
+TEST_F(GraphSession, OpeningReadsTheFileOrBeginsWithAllEdges) {
+    Open();
+    EXPECT_EQ(The_graph.model, New_project_graph(Free));
+    EXPECT_EQ(The_graph.model.BlockOf(3), 2);
+    EXPECT_FALSE(Exists("x.GRF")) << "OPE writes no graph";
+    Put("x.GRF", Whole_file());
+    Run({"OPE x", "Y"});
+    EXPECT_EQ(The_graph.model.source, GraphSource::GRF_file);
+    EXPECT_EQ(Status(2, 3), Prevented);
+    EXPECT_EQ(The_graph.original, The_graph.model);
+    EXPECT_EQ(Bytes("x.GRF"), Whole_file());
+    EXPECT_FALSE(The_graph.changed);
+}
+
+TEST_F(GraphSession, OpeningByHandCompletesAFileThatWasReadWhole) {
+    Put_project();
+    ASSERT_TRUE(Open_project_at_start("x"));
+    EXPECT_TRUE(Exists("x.GRF"));
+    EXPECT_TRUE(The_graph.model.coordinates_ready);
+    EXPECT_FALSE(The_graph.changed);
+    const std::string created = Bytes("x.GRF");
+    Run({"INP G", "SAV", "Y"});
+    EXPECT_EQ(Bytes("x.GRF"), created) << "what is written reads back";
+
+    const std::string without = Whole_file().substr(0, Whole_file().find("COO"));
+    const struct {
+        std::string file;
+        bool completed;
+    } rows[] = {{without, true},
+                {Whole_file(), false},
+                {Whole_file().substr(0, Whole_file().size() - 7), false},  // coordinates cut
+                {"3 2\n1 3\nA B C \n3 2 1\n1 3 0\n1 0 3\n", false},        // asymmetric
+                {"3 2\n1 3\nA B\n3 2 1\n2 3 0\n1 0 3\n", false},           // a label missing
+                {"3 2\n1 3\nA B D\n3 2 1\n2 3 0\n1 0 3\n", false},         // another project
+                {"3 2\n1 3\n", false},
+                {std::string("\0\xFF\x01 2", 5), false}};
+    for (const auto& row : rows) {
+        Put("x.GRF", row.file);
+        The_session.AUTOMATIC = true;
+        ASSERT_TRUE(Open_project_at_start("x"));
+        The_session.AUTOMATIC = false;
+        EXPECT_TRUE(The_graph.model.coordinates_ready) << row.file;
+        EXPECT_EQ(Bytes("x.GRF") != row.file, row.completed) << row.file;
+    }
+}
+
+TEST_F(GraphSession, AFileOfAnotherGraphLeavesTheGraphBeforeIt) {
+    Open(Whole_file());
+    Run({"ADD BC"});
+    const ChainGraph before = The_graph.model;
+    const struct {
+        std::string file;
+        std::string said;
+    } rows[] = {
+        {"2 1\n2\nA B \n3 2\n2 3\n", "it has 2 variables, the project 3"},
+        {"3 2\n1 3\nA B X\n3 2 1\n2 3 0\n1 0 3\n", "its labels are ABX, those of the project ABC"},
+        {"3 2\n1 3\nA A C\n3 2 1\n2 3 0\n1 0 3\n", "its labels are AAC"},
+        {"3 2\n2 3\nA B C\n3 2 1\n2 3 0\n1 0 3\n", "its recursive blocks are others"},
+        {"3 2\n1 3\nA B C\n3 2 1\n2 3 0\n", "x.GRF is incomplete: the status of C is missing"},
+        {"60 1\n60\n", "Invalid input of number of variables and levels: 60 1"},
+        {"", "x.GRF is empty"},
+    };
+    for (const auto& row : rows) {
+        Put("x.GRF", row.file);
+        EXPECT_TRUE(Has_line_with(Run({"INP G"}), row.said)) << row.said;
+        EXPECT_TRUE(Has_line_with(Run({"SHO G COM"}), row.said)) << row.said;
+        EXPECT_EQ(The_graph.model, before);
+        EXPECT_TRUE(The_graph.changed);
+    }
+    fs::remove(folder / "x.GRF");
+    EXPECT_EQ(Run({"INP G"}), Lines{"No GRAPH file."});
+    EXPECT_EQ(Run({"SHO G COM"}), Lines{"No GRF file"});
+    ASSERT_EQ(mkfifo((folder / "x.GRF").c_str(), 0600), 0);
+    EXPECT_EQ(Run({"INP G"}), Lines{"No GRAPH file."}) << "a pipe is no graph";
+    EXPECT_EQ(The_graph.model, before);
+}
+
+TEST_F(GraphSession, MissingLabelsAreThoseOfTheProject) {
+    Open("3 2\n1 3\nA\n3 2 1\n2 3 0\n1 0 3\nCOO\nA 1 2\nB 3 4\nC 5 6\n");
+    EXPECT_EQ(The_graph.model.Labels, "ABC");
+    EXPECT_TRUE(The_graph.model.coordinates_ready);
+}
+
+TEST_F(GraphSession, RefusedCommandsChangeNothing) {
+    Open(Whole_file());
+    Have_gammas();
+    const ChainGraph before = The_graph.model;
+    for (const char* line : {"ADD", "ADD A", "ADD AX", "ADD AA", "FIX A 9", "PRE *A", "ADD AB",
+                             "XPL ?", "FIX BB CC", "SHO G", "REA G", "REA none.grf"}) {
+        Run({line});
+        EXPECT_EQ(The_graph.model, before) << line;
+        EXPECT_TRUE(The_graph.history.empty()) << line;
+        EXPECT_FALSE(The_graph.changed) << line;
+        EXPECT_TRUE(The_project_gammas.ready) << line;
+    }
+    EXPECT_EQ(Run({"ADD A"}), Lines{"Failure: ADD A"});
+    Init_workspace();
+    for (const char* line : {"ADD AB", "NEW", "XPL", "FIX AB"})
+        EXPECT_EQ(Run({line}), Lines{"The graph has not been defined"}) << line;
+    EXPECT_EQ(Run({"SHO G"}), Lines{"Graph is not defined."});
+    EXPECT_EQ(Run({"SAV"}), Lines{"The graph has not been defined"});
+}
+
+TEST_F(GraphSession, ARevisionIsRememberedAndGivesUpTheGammas) {
+    Open(Whole_file());
+    Have_gammas();
+    Run({"ADD BC"});
+    EXPECT_EQ(The_graph.history, Lines{"The model was revised: BC (ADD)"});
+    EXPECT_TRUE(The_graph.model.revised && The_graph.changed);
+    EXPECT_FALSE(The_project_gammas.ready);
+    EXPECT_EQ(The_graph.original.StatusOf(2, 3), Prevented) << "the copy is that of the opening";
+
+    const struct {
+        const char* line;
+        int status;
+    } rows[] = {{"NEW 1", Absent}, {"NEW 3", Fixed}, {"NEW 2", Free}, {"NEW 1 3", Absent},
+                {"NEW 7", Free},   {"NEW 0", Free},  {"NEW", Free}};
+    for (const auto& row : rows) {
+        Run({row.line});
+        EXPECT_EQ(Status(1, 3), row.status) << row.line;
+        EXPECT_EQ(Status(2, 2), Fixed);
+        EXPECT_EQ(The_graph.model.source, GraphSource::new_graph);
+        EXPECT_EQ(The_graph.model.coordinates[2], (NodePlace{3, 4})) << "coordinates stay";
+    }
+    Run({"XPL"});
+    EXPECT_EQ(Status(2, 3), Fixed);
+    EXPECT_EQ(The_graph.history.back(), "The model was revised: XPLANATORY");
+}
+
+TEST_F(GraphSession, SaveAsksBeforeItOverwrites) {
+    Open(Whole_file());
+    Run({"ADD BC"});
+    const Lines kept = Run({"SAV", "N"});
+    EXPECT_EQ(kept, Lines{"Graph was not saved"});
+    EXPECT_EQ(Bytes("x.GRF"), Whole_file());
+    EXPECT_EQ(Run({"SAV", "SHO G COM"})[0], "Graph was not saved") << "the next line is no answer";
+    EXPECT_TRUE(The_graph.changed);
+    EXPECT_EQ(Run({"SAV", "Y"}), Lines{"The graph was saved on x.GRF"});
+    EXPECT_FALSE(The_graph.changed);
+    EXPECT_EQ(Read_graph_file({"3 2", "1 3", "A B C", "3 2 1", "2 3 2", "1 2 3"}, "").graph.GRF,
+              The_graph.model.GRF);
+    EXPECT_TRUE(Has_line_with(Run({"SHO G COMPARE"}), "no pair differs"));
+}
+
+// A FILES section, or a link, may give the graph the name of another file of the project.
+TEST_F(GraphSession, NeverWritesOverDefinitionsOrData) {
+    Put_project();
+    Put("x.DEF", "3\nFILES\nG x.DAT\n");
+    const std::string data = Bytes("x.DAT");
+    ASSERT_TRUE(Open_project_at_start("x"));
+    EXPECT_TRUE(Has_line_with(Run({"SAV", "Y"}), "no graph is written there"));
+    fs::create_symlink("x.VAR", folder / "x.GAM");
+    Have_gammas();
+    EXPECT_TRUE(Has_line_with(Run({"SAV G"}), "no graph is written there"));
+    EXPECT_EQ(Bytes("x.DAT"), data);
+    EXPECT_TRUE(Bytes("x.VAR").starts_with("3\nA 1"));
+}
+
+TEST_F(GraphSession, TheExitAsksToSaveAChangedGraphAndCanBeCancelled) {
+    Open(Whole_file());
+    Run({"ADD BC", "ERA", "EXI", "C"});
+    EXPECT_FALSE(The_session.QuitRequested);
+    EXPECT_TRUE(The_project.ProjectOpen && Graph_defined());
+    Put_project();
+    Run({"OPE x", "Y", "C"});
+    EXPECT_EQ(Status(2, 3), Free) << "the project is not given up either";
+    Run({"EXI", "N"});
+    EXPECT_TRUE(The_session.QuitRequested);
+    EXPECT_EQ(Bytes("x.GRF"), Whole_file());
+
+    The_session.QuitRequested = false;
+    Run({"OPE x", "Y", "N", "PRE AB", "EXI", "Y"});
+    EXPECT_TRUE(The_session.QuitRequested);
+    EXPECT_NE(Bytes("x.GRF").find("\n3 0 1\n"), std::string::npos) << Bytes("x.GRF");
+    The_session.QuitRequested = false;
+    Run({"EXI"});
+    EXPECT_TRUE(The_session.QuitRequested) << "nothing to ask";
+}
+
+TEST_F(GraphSession, TheGraphFollowsItsVariables) {
+    Open(Whole_file());
+    const auto revise = [&](const std::string& labels, const std::string& blocks = "2\n1 3\n") {
+        Put_project(labels, blocks);
+        return Run({"INP V"});
+    };
+    revise("ABD");
+    EXPECT_EQ(The_graph.model.Labels, "ABD");
+    EXPECT_EQ(Status(1, 2), Free);
+    EXPECT_TRUE(The_graph.changed);
+    // B and D change places, and their edges and places with them.
+    revise("ADB");
+    EXPECT_EQ(Status(1, 2), Absent);
+    EXPECT_EQ(Status(1, 3), Free);
+    EXPECT_EQ(The_graph.model.coordinates[3], (NodePlace{3, 4}));
+    const ChainGraph before = The_graph.model;
+    Put_project("ADB", "1\n3\n");
+    Run({"INP V", "N"});
+    EXPECT_EQ(The_graph.model, before);
+    Put_project("ADB", "2\n2 3\n");
+    Run({"INP V", "Y"});
+    EXPECT_EQ(The_graph.model, New_project_graph(Free));
+    EXPECT_EQ(The_graph.model.BlockOf(2), 1);
+    EXPECT_TRUE(Has_line_with(revise("ADBE", "2\n2 4\n"), " Graph will be initialized"));
+    EXPECT_EQ(The_graph.model.nvar, 4);
+}
+
+TEST_F(GraphSession, GammasAreWrittenAndReadWithTheirFile) {
+    Open(Whole_file());
+    EXPECT_EQ(Run({"REA G"}), Lines{"x.GAM does not exist"});
+    Have_gammas();
+    EXPECT_EQ(Run({"SAV G"}),
+              Lines{"Partial gamma coefficients were recalculated and saved on x.GAM"});
+    const std::string saved = Bytes("x.GAM");
+    EXPECT_EQ(saved, "    999  0.100  0.200\n  0.100    999  0.300\n  0.200  0.300    999\n");
+    The_project_gammas = {};
+    EXPECT_EQ(Run({"REA G", "SAV G"})[0],
+              "Gamma values from x.GAM .They may not be consistent with the current model.");
+    EXPECT_EQ(Bytes("x.GAM"), saved) << "the second time byte for byte";
+    Put("x.GAM", "999 0.1\n0.1 999\n");
+    EXPECT_EQ(Run({"REA G"}), Lines{"x.GAM is not compatible with the project graph"});
+    EXPECT_TRUE(The_project_gammas.ready) << "those before stay";
+
+    Put("x.GAM", saved);
+    const Lines said = Run({"OPE x", "Y"});
+    EXPECT_TRUE(Has_line_with(said, "Gamma values have been found on x.GAM. They will be read."));
+    EXPECT_EQ(The_project_gammas.IJXgamma[5], 0.3);
+}
+
+TEST_F(GraphSession, ReadsAGraphOfAnotherNameStrictlyAfterAQuestion) {
+    Open(Whole_file());
+    const std::string one = "3 2\n1 3\nA B C\n3 2 2\n2 3 2\n2 2 3\n";
+    Put("one.grf", one);
+    Put("text.txt", one);
+    const ChainGraph before = The_graph.model;
+    Run({"REA one.grf", "N"});
+    EXPECT_EQ(The_graph.model, before);
+    Put("damaged.grf", "3 2\n1 3\nA B C\n3 2 2\n2 3 2\n2 1 3\n");
+    EXPECT_EQ(Run({"REA damaged.grf"}), Lines{"Asymmetrical status matrix: BC"});
+    Put("other.grf", "3 1\n3\nA B C\n3 2 2\n2 3 2\n2 2 3\n");
+    EXPECT_TRUE(
+        Has_line_with(Run({"REA other.grf"}),
+                      "The graph is not compatible with the project: its recursive blocks"));
+    EXPECT_EQ(Run({"REA x.grf", "N"}), Lines{}) << "the project graph itself";
+    EXPECT_EQ(The_graph.model, before);
+    EXPECT_TRUE(Has_line_with(Run({"SHO G COM one.grf"}), "  A &C     -       +  "));
+    EXPECT_TRUE(Has_line_with(Run({"SHO G COM one.grf x.grf"}), "  A &C     +       -  "));
+    EXPECT_EQ(Run({"SHO G COM text.txt"}), Lines{"Warning: This is not a GRF file: text.txt"});
+
+    Run({"REA one.grf", "Y"});
+    EXPECT_EQ(Status(1, 3), Free);
+    EXPECT_EQ(The_graph.history, Lines{"The model was read from one.grf"});
+    EXPECT_TRUE(The_graph.changed && The_graph.model.revised);
+}
+
+TEST_F(GraphSession, AWordBehindAShowLetterClaimsTheLine) {
+    Open(Whole_file());
+    const Lines compared = Run({"SHO G COMPARE"});
+    EXPECT_EQ(compared[0], "Comparison of the current model and the model saved on the GRF file");
+    EXPECT_FALSE(Has_line_with(compared, "Project comments")) << "C is no letter of SHOW here";
+    EXPECT_TRUE(Has_line_with(Run({"sho  g  C"}), "Project comments"));
+    EXPECT_TRUE(Has_line_with(Run({"SHO GC"}), "Project comments"));
+    EXPECT_TRUE(Has_line_with(Run({"SHO ?"}), "  G COMPARE"));
+}
+
+}  // namespace
+}  // namespace tarven
