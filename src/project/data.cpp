@@ -32,7 +32,8 @@ DataSource Data_source(const DataAtHand& at_hand) {
 }
 
 CasesAtHand Cases_of_project() {
-    return {The_project, The_data, The_project.files, The_project.Nused};
+    return {The_project, The_data, The_project.files, The_project.Nused,
+            The_score.groups() > 0 ? &The_score : nullptr};
 }
 
 DataAtHand Data_at_hand(const CasesAtHand& cases) {

@@ -7,6 +7,7 @@
 #include "project/cell_store.h"
 #include "project/data_files.h"
 #include "project/project.h"
+#include "project/score_variable.h"
 
 namespace tarven {
 
@@ -42,7 +43,8 @@ struct CasesAtHand {
     const ProjectDefinition& definition;
     const Data& data;
     const ProjectFiles& files;
-    std::int64_t Nused = 0;  ///< cases accepted
+    std::int64_t Nused = 0;                ///< cases accepted
+    const ScoreVariable* score = nullptr;  ///< that tables may hold as "#"; null: there is none
 };
 
 /// The cases of the workspace.

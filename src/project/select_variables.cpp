@@ -46,10 +46,12 @@ Variable Score_variable(const ScoreGroups& score) {
     Variable v;
     v.label = '#';
     v.VARNO = ScoreCode;
-    v.dim = static_cast<std::uint8_t>(std::min(score.count, MaxCategories));
+    v.dim = static_cast<std::uint8_t>(score.count);
     v.vtype = Ordinal;
     v.vfra = 1.0;
-    for (std::size_t c = 1; c <= v.dim; ++c) v.vtil[c] = static_cast<double>(c);
+    // Groups may be more than a variable has categories; they are never recoded by their cuts.
+    for (std::size_t c = 1; c <= std::min<std::size_t>(v.dim, MaxCategories); ++c)
+        v.vtil[c] = static_cast<double>(c);
     v.Levnr = static_cast<std::uint8_t>(score.block);
     return v;
 }

@@ -13,7 +13,7 @@ namespace tarven {
 
 /// The score as a variable, when score groups have been defined.
 struct ScoreGroups {
-    int count = 0;  ///< of score groups; 0: none have been defined
+    int count = 0;  ///< of score groups, at most 85; 0: none have been defined
     int block = 0;  ///< recursive block of the score
 };
 

@@ -46,6 +46,12 @@ void Run_word(const LetterWord& word) {
     if (word.report == Report::opened) Close_report();
 }
 
+/// A file may be named behind the letters of SAVE.
+bool Asks_for(LetterCommand command, const ParsedLine& line, char letter) {
+    if (command != LetterCommand::save) return Has_parameter(line, letter);
+    return Upper(Get_word(2, line.CommandLine)).find(letter) != std::string::npos;
+}
+
 void Run_letter(LetterCommand command, const Letter& letter) {
     if (letter.report == Report::opened) Open_report();
     if (Needs_hold(letter.needs)) {
@@ -102,6 +108,17 @@ std::vector<const LetterWord*> Letter_words(LetterCommand command, char letter) 
     return words;
 }
 
+void Extend_letter(LetterCommand command, char letter, const std::string& summary,
+                   std::function<void()> run) {
+    assert(Find_letter(command, letter) && "a letter that nobody has registered");
+    Letter& extended = The_registry().letters[{command, letter}];
+    extended.summary += ", " + summary;
+    extended.run = [first = extended.run, run = std::move(run)] {
+        first();
+        run();
+    };
+}
+
 std::string_view Letters_in_order(LetterCommand command) {
     switch (command) {
         case LetterCommand::show:
@@ -141,7 +158,7 @@ Outcome Run_letters(LetterCommand command) {
     }
     bool ran = false;
     for (const char key : Letters_in_order(command)) {
-        const Letter* letter = Has_parameter(line, key) ? Find_letter(command, key) : nullptr;
+        const Letter* letter = Asks_for(command, line, key) ? Find_letter(command, key) : nullptr;
         if (!letter) continue;
         ran = true;
         Run_letter(command, *letter);

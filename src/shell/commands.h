@@ -65,6 +65,10 @@ struct Letter {
 };
 
 void Register_letter(LetterCommand command, Letter letter);
+/// Adds what a higher floor has to do under a letter that is registered already, and what its line
+/// of help says of that.
+void Extend_letter(LetterCommand command, char letter, const std::string& summary,
+                   std::function<void()> run);
 
 /// A word behind a single letter that makes the whole line its own: in SHOW G COMPARE no letter of
 /// COMPARE is a letter of SHOW.

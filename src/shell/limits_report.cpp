@@ -75,6 +75,14 @@ std::string Limit(const char* text, std::int64_t number) {
 
 }  // namespace
 
+std::string Line_on_items() {
+    return Limit("Number of items =                         ", MaxItems);
+}
+
+std::string Line_on_summary_score() {
+    return Limit("Maximum summary score =                   ", MaxTotalScore);
+}
+
 std::vector<std::string> Limits_lines() {
     const std::string additions =
         "Use the SHOW N command to get a list of additions to TARVEN since the publication of the "
@@ -91,9 +99,9 @@ std::vector<std::string> Limits_lines() {
         Limit("Number of cells in tables                =", MaxTableCells),
         Limit("Number of cells in tables with marginals =", MaxTableCells),
         "",
-        Limit("Number of items =                         ", MaxItems),
+        Line_on_items(),
         Limit("Maximum item score =                      ", MaxItemScore),
-        Limit("Maximum summary score =                   ", MaxTotalScore),
+        Line_on_summary_score(),
         "",
         "Parametric bootstrapping from GLLRMs are only possible under the following conditions",
         "",

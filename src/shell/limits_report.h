@@ -8,6 +8,10 @@ namespace tarven {
 /// The limits of the system, as SHOW L and every opening of a project print them.
 std::vector<std::string> Limits_lines();
 
+/// Two of those lines, for the refusal of what is above them.
+std::string Line_on_items();
+std::string Line_on_summary_score();
+
 /// Writes the limits into the report.
 void Limits_report();
 

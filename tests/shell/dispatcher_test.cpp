@@ -107,10 +107,14 @@ TEST_F(Dispatcher, HelpIsPutTogetherFromTheLettersOfAllFloors) {
     const Lines help = Run({"SHO ?"});
     EXPECT_EQ(help[2], "SHOW letters");
     const auto limits = std::find(help.begin(), help.end(), "  L  the limits of the system");
-    const auto items = std::find(help.begin(), help.end(), "  I  the items (not available yet)");
-    EXPECT_LT(limits, items) << Joined(help);
-    EXPECT_NE(items, help.end()) << Joined(help);
-    EXPECT_EQ(Run({"SHO I"}), Lines{"SHOW I is not available yet"});
+    const auto beliefs =
+        std::find(help.begin(), help.end(), "  B  the beliefs on edges (not available yet)");
+    EXPECT_LT(limits, beliefs) << Joined(help);
+    EXPECT_NE(beliefs, help.end()) << Joined(help);
+    EXPECT_EQ(Run({"SHO B"}), Lines{"SHOW B is not available yet"});
+    EXPECT_TRUE(Has_line_with(help,
+                              "  C  the comments of the project, and the components of the "
+                              "items"));
     for (const LetterCommand command :
          {LetterCommand::show, LetterCommand::dispose, LetterCommand::input, LetterCommand::save})
         for (const char key : Letters_in_order(command)) {

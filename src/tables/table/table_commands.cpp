@@ -62,7 +62,9 @@ Outcome Read_table_of_project() {
 Outcome TABULATE() {
     if (Is_lone_parameter('+')) return Read_table_of_project();
     Complete_parameters();
-    const SelectedVariables selected = Select_variables(The_line, The_project, {}, true);
+    const CasesAtHand cases = Cases_of_project();
+    const ScoreGroups score{The_score.groups(), The_score.block};
+    const SelectedVariables selected = Select_variables(The_line, The_project, score, true);
     if (!selected.ok) {
         for (const std::string& message : selected.messages) ShowMessage(message);
         return Refuse(("Variables are not ready" + selected.not_understood).c_str());
@@ -70,7 +72,7 @@ Outcome TABULATE() {
     TableRequest request{.variables = {}, .LevelEnd = selected.LevelEnd};
     std::vector<int> DIM = {0};
     for (const int number : selected.numbers) {
-        request.variables.push_back(Table_variable(The_project, number));
+        request.variables.push_back(Table_variable(cases, number));
         DIM.push_back(request.variables.back().DIM);
     }
     const auto Nvar = static_cast<int>(selected.numbers.size());

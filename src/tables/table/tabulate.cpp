@@ -2,11 +2,14 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <bit>
+#include <cassert>
 #include <functional>
 #include <utility>
 
 #include "shell/files.h"
+#include "shell/variable_lists.h"
 
 namespace tarven {
 
@@ -18,14 +21,33 @@ TableVariable Table_variable(const ProjectDefinition& project, int number) {
     return variable;
 }
 
-CellCounter::CellCounter(ContingencyTable& table) : table_(table) {
+TableVariable Table_variable(const CasesAtHand& cases, int number) {
+    if (number != ScoreCode) return Table_variable(cases.definition, number);
+    assert(cases.score && "a table of a score that is not there");
+    return {.label = ScoreLabelOfTables,
+            .number = ScoreCode,
+            .DIM = cases.score->groups(),
+            .VTYPE = Ordinal,
+            .name = ScoreNameOfTables,
+            .categories = cases.score->group_names};
+}
+
+CellCounter::CellCounter(ContingencyTable& table, int N, const ScoreVariable* score)
+    : table_(table), score_(score ? *score : ScoreVariable(), N) {
     // 85 offsets of a missing category stay within 64 bits, and no true one brings the sum back.
     constexpr std::int64_t missing = INT64_MIN / 128;
     for (std::size_t k = 1; k <= static_cast<std::size_t>(table.Nvar()); ++k) {
         Column column;
-        column.place = static_cast<std::size_t>(table.variables[k - 1].number - 1);
         for (int c = 0; c < 256; ++c)
             column.offset[c] = c >= 1 && c <= table.DIM(k) ? (c - 1) * table.Cfactor[k] : missing;
+        const int number = table.variables[k - 1].number;
+        if (number == ScoreCode) {
+            assert(score && "a table of a score that is not there");
+            counts_score_ = true;
+            std::copy(std::begin(column.offset), std::end(column.offset), score_offset_.begin());
+            continue;
+        }
+        column.place = static_cast<std::size_t>(number - 1);
         columns_.push_back(column);
     }
 }
@@ -99,11 +121,12 @@ Result<Tabulation> Tabulate(const CasesAtHand& cases, DataSource source, TableRe
     const std::string dimensions = List_of(request.variables);
     Tabulation result{.table = Make_table(std::move(request.variables), !big, request.LevelEnd)};
     ContingencyTable& table = result.table;
+    if (cases.definition.N < 1) return Failed{.messages = {"No project"}};
     if (table.Nvar() == 0)
         return Failed{.messages = {source == DataSource::tabdata
                                        ? "Unacceptable table dimensions"
                                        : "Table dimensions: Too large table:" + dimensions}};
-    CellCounter counter(table);
+    CellCounter counter(table, cases.definition.N, cases.score);
     Failed failure = Count_cases(
         cases, source, stop,
         [&](const std::uint8_t* codes, std::int32_t count) { return counter.Add(codes, count); });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -16,19 +17,22 @@ namespace tarven {
 
 /// The table variable that project variable `number` (1..N) makes.
 TableVariable Table_variable(const ProjectDefinition& project, int number);
+/// The same where number ScoreCode is the score, which must be there then.
+TableVariable Table_variable(const CasesAtHand& cases, int number);
 
 /// Adds cases to the cells of a table. A case counts only if every variable of the table has a
 /// category 1..DIM; category 0 (missing) or one above DIM leaves the whole case out.
 class CellCounter {
   public:
-    /// The table's variables must have numbers of the project. The table must outlive the counter
-    /// and keep its cells.
-    explicit CellCounter(ContingencyTable& table);
+    /// The table's variables must have numbers of the project, or that of the score. Cases are rows
+    /// of N codes. The table must outlive the counter and keep its cells.
+    CellCounter(ContingencyTable& table, int N, const ScoreVariable* score = nullptr);
 
     /// A case of codes[v-1] of project variable v, or `count` > 0 cases alike. False when NTOTAL
     /// would leave 32 bits; nothing is counted then.
     bool Add(const std::uint8_t* codes, std::int32_t count) {
         std::int64_t offset = 0;
+        if (counts_score_) offset = score_offset_[static_cast<std::size_t>(score_.Group(codes))];
         for (const Column& column : columns_) offset += column.offset[codes[column.place]];
         if (offset < 0) {
             missing_ += count;
@@ -50,6 +54,9 @@ class CellCounter {
     };
     ContingencyTable& table_;
     std::vector<Column> columns_;
+    ScoreReader score_;
+    bool counts_score_ = false;
+    std::array<std::int64_t, 256> score_offset_{};  ///< as Column::offset, by score group
     std::int64_t missing_ = 0;
 };
 

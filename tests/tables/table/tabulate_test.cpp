@@ -214,10 +214,10 @@ TEST(TableSource, IsTheCheapestAtHand) {
 
 TEST(CellCounter, CasesBeyond32BitsAreNotCounted) {
     ContingencyTable table = Make_table({{.number = 1}, {.number = 2}});
-    CellCounter counter(table);
-    const std::uint8_t codes[] = {2, 1};
-    EXPECT_TRUE(counter.Add(codes, INT32_MAX));
-    EXPECT_FALSE(counter.Add(codes, 1));
+    CellCounter counter(table, 2);
+    const std::vector<std::uint8_t> codes = {2, 1};
+    EXPECT_TRUE(counter.Add(codes.data(), INT32_MAX));
+    EXPECT_FALSE(counter.Add(codes.data(), 1));
     EXPECT_EQ(table.NTOTAL, INT32_MAX);
 }
 

@@ -1,0 +1,34 @@
+#include "project/score_variable.h"
+
+#include <algorithm>
+#include <cassert>
+
+namespace tarven {
+
+ScoreReader::ScoreReader(const ScoreVariable& score, int N) {
+    assert(N >= 1 && N <= MaxVariables && "cases are rows of the project's variables");
+    const auto columns = static_cast<std::size_t>(N);
+    constexpr std::size_t Width = sizeof(Bytes);
+    // Where the columns are no multiple of sixteen the last part reaches back over the one before.
+    for (std::size_t at = 0; at < columns; at += Width) {
+        Part& part = parts_[static_cast<std::size_t>(count_++)];
+        part.length = std::min(columns, Width);
+        part.place = std::min(at, columns - part.length);
+        for (std::size_t k = 0; k < Width; ++k) part.highest[k] = 255;
+    }
+    for (const ScoredVariable& item : score.items) {
+        assert(item.variable >= 1 && item.variable <= N && item.dim >= 1);
+        const auto column = static_cast<std::size_t>(item.variable - 1);
+        const std::size_t k = std::min(column / Width, static_cast<std::size_t>(count_ - 1));
+        Part& part = parts_[k];
+        const std::size_t at = column - part.place;
+        part.highest[at] = static_cast<std::uint8_t>(item.dim - 1);
+        part.used[at] = 255;
+        part.flipped[at] = item.flipped ? 255 : 0;
+        if (item.flipped) constant_ += static_cast<std::uint64_t>(item.dim);
+    }
+    for (std::size_t s = 0; s < std::min(score.group_of.size(), group_of_.size()); ++s)
+        group_of_[s] = score.group_of[s];
+}
+
+}  // namespace tarven
