@@ -71,7 +71,9 @@ std::optional<FilesMeant> Files_of_command(std::string_view keyword, int word) {
     if (word != 2) return {};
     if (keyword == "OPE" || keyword == "BAT") return project;
     if (keyword == "RUN" || keyword == "CMD") return commands;
-    if (keyword == "REA" || keyword == "OUT" || keyword == "APP") return reports;
+    const FilesMeant readable{.extensions = {".REP", ".TXT", ".GRF"}};
+    if (keyword == "REA") return readable;
+    if (keyword == "OUT" || keyword == "APP") return reports;
     if (keyword == "CHD") return FilesMeant{.folders_only = true};
     return {};
 }

@@ -316,18 +316,28 @@ void Show(const std::string& text) {
 }
 
 /// A question of several lines has its last line for a prompt.
-std::optional<bool> Ask_yes_no(const std::string& text) {
+std::optional<bool> Ask_question(const std::string& text, bool with_cancel) {
     std::vector<std::string> lines = Split_lines(text);
     const std::string question = lines.empty() ? "" : lines.back();
     if (!lines.empty()) lines.pop_back();
     for (const std::string& line : lines) Show(line);
     for (;;) {
-        const std::optional<std::string> typed = Read_answer(question + " (Y/N) ");
+        const std::optional<std::string> typed =
+            Read_answer(question + (with_cancel ? " (Y/N/C) " : " (Y/N) "));
         if (!typed) return {};
         const std::string word = Upper(Get_word(1, *typed));
         if (word == "Y" || word == "YES") return true;
         if (word == "N" || word == "NO") return false;
+        if (with_cancel && (word == "C" || word == "CANCEL")) return {};
     }
+}
+
+std::optional<bool> Ask_yes_no(const std::string& text) {
+    return Ask_question(text, false);
+}
+
+std::optional<bool> Ask_yes_no_cancel(const std::string& text) {
+    return Ask_question(text, true);
 }
 
 std::optional<std::string> Ask_text(const std::string& caption, const std::string& prompt,
@@ -455,6 +465,7 @@ bool Terminal_is_gone() {
 void Install_terminal_user() {
     User& user = The_user.user;
     user.ask_yes_no = Ask_yes_no;
+    user.ask_yes_no_cancel = Ask_yes_no_cancel;
     user.ask_user = Ask_text;
     user.select_variables = Ask_labels;
     user.choose_file = Ask_file;

@@ -40,6 +40,7 @@ void Show_news() {
                  "  statistics and partial gamma, asymptotic and Monte Carlo exact p-values.",
                  "  Local analysis, homogeneity of gammas, Mantel-Haenszel, pseudo gamma, kappa,",
                  "  Benjamini-Hochberg limits.",
+                 "  The project graph: revised by hand, shown by cliques, saved on GRF files.",
                  "  Reports, project and data files are UTF-8; Latin-1 is read as well."});
 }
 

@@ -90,8 +90,8 @@ bool No_or_automatic(const std::string& text) {
 
 Answer AskYesNoCancel(const std::string& text) {
     if (The_session.AUTOMATIC) return Answer::yes;
-    if (The_user.user.ask_yes_no) {
-        const std::optional<bool> answer = The_user.user.ask_yes_no(text);
+    if (The_user.user.ask_yes_no_cancel) {
+        const std::optional<bool> answer = The_user.user.ask_yes_no_cancel(text);
         if (!answer) return Answer::cancel;
         return *answer ? Answer::yes : Answer::no;
     }

@@ -16,6 +16,8 @@ struct User {
     std::function<void(const std::string& text)> show_message;  ///< beside the report
     /// Yes or no; nothing at the end of what the user types.
     std::function<std::optional<bool>(const std::string& text)> ask_yes_no;
+    /// The same with a third answer, which leaves the question.
+    std::function<std::optional<bool>(const std::string& text)> ask_yes_no_cancel;
     std::function<std::optional<std::string>(const std::string& caption, const std::string& prompt,
                                              const std::string& initial)>
         ask_user;
@@ -74,8 +76,8 @@ bool AskYesNo_always(const std::string& text);
 std::optional<bool> AskYesNo_or_nobody(const std::string& text);
 
 enum class Answer : std::uint8_t { yes, no, cancel };
-/// A question with three answers; "C" or "CANCEL" in the command stream cancels, and so does the
-/// end of a terminal's input. Yes in automatic mode; without an answer No.
+/// A question with three answers; "C" or "CANCEL" cancels, and so does leaving the question at a
+/// terminal. Yes in automatic mode; without an answer No.
 Answer AskYesNoCancel(const std::string& text);
 
 /// One field of text. Without a user the next line of the command stream. An empty answer, and

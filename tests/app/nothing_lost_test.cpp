@@ -73,6 +73,30 @@ TEST_F(AtTheExitQuestion, AnEmptyAnswerTakesTheReportFileOfTheProject) {
     EXPECT_TRUE(Report_in("titanic.REP"));
 }
 
+TEST_F(NothingLost, TheQuestionAboutAChangedGraphCanBeLeft) {
+    LivingProgram living(folder, {"-p", "titanic"}, true);
+    ASSERT_TRUE(living.Await(prompt));
+    const std::string before = Bytes("titanic.GRF");
+    EXPECT_NE(before, "");
+    living.Type("PRE SA\n");
+    ASSERT_TRUE(living.Await("Prevented: SA"));
+    for (const std::string leaving : {"C\n", "\x03", "\x04"}) {
+        ASSERT_TRUE(living.Await(prompt));
+        living.Type("EXI\n");
+        ASSERT_TRUE(living.Await("Save Graph (Y/N/C) "));
+        living.Type(leaving);
+    }
+    ASSERT_TRUE(living.Await(prompt));
+    EXPECT_EQ(Bytes("titanic.GRF"), before);
+    living.Type("EXI\n");
+    ASSERT_TRUE(living.Await("Save Graph (Y/N/C) "));
+    living.Type("Y\n");
+    ASSERT_TRUE(living.Await(question));
+    living.Type("N\n");
+    EXPECT_EQ(living.Finish().status, 0);
+    EXPECT_NE(Bytes("titanic.GRF"), before);
+}
+
 TEST_F(AtTheExitQuestion, WhatCannotBeSavedLeadsBackToThePrompt) {
     LivingProgram living(folder, {"-p", "titanic"}, true);
     Ask(living, "\x04");  // the end of what is typed asks the same

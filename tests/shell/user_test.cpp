@@ -115,6 +115,7 @@ TEST_F(Nobody, APersonIsAskedBeforeTheStream) {
         if (text == "end") return {};
         return true;
     };
+    The_user.user.ask_yes_no_cancel = The_user.user.ask_yes_no;
     The_user.user.select_variables = [](const std::string&, const Lines&) { return "AB"; };
     Push_lines({"N"});
     EXPECT_TRUE(AskYesNo("?"));

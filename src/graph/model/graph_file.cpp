@@ -48,12 +48,17 @@ GraphFile Refused(const std::string& error) {
     return file;
 }
 
-/// The first `count` words of a line as integers; nothing when one is missing or none.
+/// The first `count` words of a line as integers; nothing when one is missing or none. One pass,
+/// for a line may be as long as the file.
 std::vector<int> Integers(const std::string& line, int count) {
     std::vector<int> numbers;
-    for (int k = 1; k <= count; ++k) {
+    std::size_t end = 0;
+    while (static_cast<int>(numbers.size()) < count) {
+        const std::size_t start = line.find_first_not_of(' ', end);
+        if (start == std::string::npos) return {};
+        end = std::min(line.find(' ', start), line.size());
         std::int32_t number = 0;
-        if (!To_integer(Get_word(k, line), number)) return {};
+        if (!To_integer(std::string_view(line).substr(start, end - start), number)) return {};
         numbers.push_back(number);
     }
     return numbers;

@@ -188,7 +188,7 @@ bool Ask_to_save_graph() {
     const std::string failure = Write_project_graph();
     if (failure.empty()) return true;
     Show_machine_failure(failure);
-    return !The_user.user.ask_yes_no;  // a person can still save it elsewhere
+    return !The_user.user.ask_yes_no_cancel;  // a person can still save it elsewhere
 }
 
 // Commands.
