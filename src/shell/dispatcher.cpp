@@ -117,6 +117,7 @@ void ExecuteCommand() {
     }
     Read_command_line(text);
     Write_to_log(text);
+    if (!text.empty()) Leave_modes_that_do_not_know(The_line);
 
     // An empty text leaves the keyword of the line before it.
     const Command* command = text.empty() ? nullptr : Find_typed_command(The_line.Keyword);

@@ -46,6 +46,13 @@ void Leave_mode() {
     The_modes.modes.pop_back();
 }
 
+void Leave_modes_that_do_not_know(const ParsedLine& line) {
+    if (line.IsComment || line.Keyword.empty() || line.Keyword.starts_with('?')) return;
+    while (!The_modes.modes.empty() && The_modes.modes.back().falls_through &&
+           !Find(The_modes.modes.back(), line.Keyword))
+        Leave_mode();
+}
+
 void Leave_all_modes() {
     while (!The_modes.modes.empty()) {
         const std::size_t depth = The_modes.modes.size();

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "shell/commands.h"
+#include "shell/parsed_line.h"
 
 namespace tarven {
 
@@ -19,6 +20,9 @@ namespace tarven {
 struct Mode {
     std::string name;  ///< "GRAPH", for the prompt and for help
     std::vector<Command> commands;
+    /// A line that names none of the commands leaves the mode and is run in the one below, so that
+    /// a command file goes on without an EXIT. Empty lines, comments and "?" leave nothing.
+    bool falls_through = false;
 };
 
 struct ModeStack {
@@ -32,6 +36,9 @@ void Enter_mode(Mode mode);
 
 /// Back to the mode below, as a mode's own EXIT does.
 void Leave_mode();
+
+/// Leaves the modes that fall through and that the parsed line names no command of.
+void Leave_modes_that_do_not_know(const ParsedLine& line);
 
 /// The end of input is EXIT from every mode: runs the EXIT of each as a typed line, the one entered
 /// last first. One that does not leave its mode then (nobody is there to answer it) is not asked

@@ -60,6 +60,28 @@ TEST_F(InAMode, OnlyTheLookupOfACommandDiffers) {
     EXPECT_EQ(Run({""}), (Lines{"Command: INV", "inverted"}));
 }
 
+// A command file goes on behind a dialogue without leaving it.
+TEST_F(InAMode, ALineThatADialogueDoesNotKnowLeavesIt) {
+    Mode dialogue = Sketch();
+    dialogue.falls_through = true;
+    Enter_mode(dialogue);
+    EXPECT_EQ(Run({"LOC ?"})[0], "LOC (LOCATE): locates the sketch");
+    for (const char* line : {"", "! a remark", "* another", "?", "   "}) {
+        Run({line});
+        EXPECT_EQ(The_modes.modes.size(), 1u) << line;
+    }
+    Run({"SEQ"});
+    EXPECT_TRUE(The_modes.modes.empty());
+    EXPECT_TRUE(The_settings.SequentialTests) << "the line runs in the main mode";
+    Enter_mode(dialogue);
+    EXPECT_EQ(Run({"XYZ"}), Lines{"Unrecognized command: XYZ"});
+    EXPECT_TRUE(The_modes.modes.empty());
+    Enter_mode(Sketch());
+    Enter_mode(dialogue);
+    EXPECT_EQ(Run({"SEQ"}), Lines{"Unrecognized command: SEQ"}) << "the mode below knows no SEQ";
+    EXPECT_EQ(The_modes.modes.size(), 1u);
+}
+
 TEST_F(InAMode, HelpIsAboutTheCommandsOfTheMode) {
     Enter_mode(Sketch());
     EXPECT_EQ(Run({"LOC ?"}), (Lines{"LOC (LOCATE): locates the sketch", "", "LOCATE vertices"}));

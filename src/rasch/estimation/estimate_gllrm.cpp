@@ -132,12 +132,13 @@ class Iterator {
         if (reason == IterationStop::converged) return false;
         const bool improved = course_.smallest_Delta < smallest_at_last_stop_;
         smallest_at_last_stop_ = course_.smallest_Delta;
-        if (task_.ask) {
-            if (!task_.ask({course_.end, course_.history.front(), course_.smallest_Delta,
-                            course_.smallest_step, course_.Delta == Delta_back(1)}))
-                return false;
-            if (!improved) Turn_to_sweeps();
-            return true;
+        std::optional<bool> answer;
+        if (task_.ask)
+            answer = task_.ask({course_.end, course_.history.front(), course_.smallest_Delta,
+                                course_.smallest_step, course_.Delta == Delta_back(1)});
+        if (answer) {
+            if (*answer && !improved) Turn_to_sweeps();
+            return *answer;
         }
         const int most = std::min(task_.settings.maximum_steps, MostStepsUnasked);
         if (reason == IterationStop::cancelled || course_.steps >= most) return false;

@@ -90,9 +90,9 @@ struct UnfinishedIteration {
     bool as_the_one_before = false;  ///< Delta equals that of the step before
 };
 
-/// True: go on. Empty: there is nobody to ask, and the iteration goes on at each stop as long as
-/// the smallest Delta has improved since the stop before.
-using ContinueQuestion = std::function<bool(const UnfinishedIteration&)>;
+/// True: go on. Without an answer, or without a question to put, the iteration goes on at each stop
+/// as long as the smallest Delta has improved since the stop before.
+using ContinueQuestion = std::function<std::optional<bool>(const UnfinishedIteration&)>;
 
 /// A pair or a DIF term after the fit. `other` is an item, or the number of an exogenous variable,
 /// NEXOGENE + 1 for the score groups.

@@ -237,6 +237,10 @@ SufficientMargins Incomplete_margins(const GLLRM& model, const ModelStructure& s
         }
         if (items < 2 || score == 0 || score >= top) {
             margins.counts.Nuseless += persons;
+            (items == 0   ? margins.counts.no_item_left
+             : items == 1 ? margins.counts.one_item_left
+             : score == 0 ? margins.counts.score_zero
+                          : margins.counts.score_highest) += persons;
             continue;
         }
         margins.counts.Nuseful += persons;
@@ -276,10 +280,8 @@ SufficientMargins Joined_margins(const SufficientMargins& complete,
     }
     joined.strata.insert(joined.strata.end(), incomplete.strata.begin(), incomplete.strata.end());
     joined.persons += incomplete.persons;
-    joined.counts.Nincomplete = incomplete.counts.Nincomplete;
-    joined.counts.Nresponses = incomplete.counts.Nresponses;
-    joined.counts.Nuseful = incomplete.counts.Nuseful;
-    joined.counts.Nuseless = incomplete.counts.Nuseless;
+    joined.counts = incomplete.counts;
+    joined.counts.Nvalid = complete.counts.Nvalid;
     return joined;
 }
 

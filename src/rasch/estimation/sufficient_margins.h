@@ -57,7 +57,11 @@ struct PersonCounts {
     std::int64_t Nincomplete = 0;  ///< within the filter, an item or a source of DIF missing
     std::int64_t Nresponses = 0;   ///< of these: a response is left when components are completed
     std::int64_t Nuseful = 0;      ///< of these: two items left, and no extreme score
-    std::int64_t Nuseless = 0;     ///< incomplete and not useful
+    std::int64_t Nuseless = 0;     ///< incomplete and not useful:
+    std::int64_t no_item_left = 0;
+    std::int64_t one_item_left = 0;
+    std::int64_t score_zero = 0;     ///< on two items or more
+    std::int64_t score_highest = 0;  ///< the same
 };
 
 struct SufficientMargins {

@@ -357,6 +357,10 @@ TEST_F(Incomplete, RecordsCountByTheComponentsThatAreLeft) {
     EXPECT_EQ(e.margins.counts.Nresponses, 5);
     EXPECT_EQ(e.margins.counts.Nuseful, 2);
     EXPECT_EQ(e.margins.counts.Nuseless, 4);
+    EXPECT_EQ(e.margins.counts.no_item_left, 1);
+    EXPECT_EQ(e.margins.counts.one_item_left, 1);
+    EXPECT_EQ(e.margins.counts.score_zero, 1);
+    EXPECT_EQ(e.margins.counts.score_highest, 1);
     EXPECT_EQ(e.joined_margins->Catmarg[1][1], 3) << "complete ones and the one without F";
     EXPECT_EQ(e.joined_margins->Catmarg[2][2], 0) << "B without A is not read";
     EXPECT_EQ(e.joined_margins->Catmarg[3][1], 3) << "C without F is not read";
@@ -585,7 +589,7 @@ TEST(StopRules, AThousandStepsAskAndGoOn) {
     const ItemSample sample = Slow_sample();
     EstimationMemory memory;
     std::vector<StopEvent> asked;
-    const auto twice = [&](const UnfinishedIteration& shown) {
+    const auto twice = [&](const UnfinishedIteration& shown) -> std::optional<bool> {
         asked.push_back(shown.stop);
         EXPECT_GE(shown.initial_Delta, shown.smallest_Delta);
         return asked.size() < 3;
