@@ -27,15 +27,15 @@ bool Passes(const PersonFilter& filter, const std::uint8_t* exo) {
 }
 
 /// Categories of the sources, 0 where missing; the score group from the total score.
-std::vector<std::uint8_t> Source_categories(const GLLRM& model, const ModelStructure& structure,
-                                            const std::uint8_t* exo, int score) {
-    std::vector<std::uint8_t> categories;
+void Read_source_categories(const GLLRM& model, const ModelStructure& structure,
+                            const std::uint8_t* exo, int score,
+                            std::vector<std::uint8_t>& categories) {
+    categories.clear();
     for (const DifSource& source : structure.sources)
         categories.push_back(static_cast<std::uint8_t>(
             source.variable <= model.NEXOGENE ? Category(exo, source.variable)
             : score >= 0                      ? model.groups.ScoreGruppe(score)
                                               : 0));
-    return categories;
 }
 
 /// The total score, -1 when a response is missing.
@@ -92,18 +92,60 @@ void Add_to_group(const ModelStructure& structure, int group, const std::uint8_t
                                      categories[Slot(structure.terms[k].source)] - 1) += persons;
 }
 
-/// Counts of scores by cell, before they are laid out as the cells of a stratum.
-using CellMap = std::map<std::vector<std::uint8_t>, std::map<int, std::int64_t>>;
+/// Persons by cell and score as they are read, before they are laid out as the cells of a stratum.
+class CellCounts {
+  public:
+    /// The cells of these sources; `categories` below are those of all sources of the structure.
+    CellCounts(const ModelStructure& structure, std::vector<int> sources)
+        : structure_(&structure), sources_(std::move(sources)) {}
 
-std::vector<CellScores> Cells_of(const CellMap& cells) {
-    std::vector<CellScores> list;
-    for (const auto& [categories, scores] : cells) {
-        CellScores cell{.categories = categories, .scores = {}};
-        for (const auto& [score, persons] : scores) cell.scores.push_back({score, persons});
-        list.push_back(std::move(cell));
+    void Add(const std::vector<std::uint8_t>& categories, int score, std::int64_t persons) {
+        std::int64_t cell = 0;
+        for (const int k : sources_)
+            cell = cell * structure_->sources[Slot(k)].categories + categories[Slot(k)] - 1;
+        entries_.push_back({cell, score, persons});
     }
-    return list;
-}
+
+    std::vector<CellScores> Cells() {
+        std::sort(entries_.begin(), entries_.end(), [](const Entry& one, const Entry& other) {
+            return one.cell != other.cell ? one.cell < other.cell : one.score < other.score;
+        });
+        std::vector<CellScores> list;
+        std::int64_t last = -1;
+        for (const Entry& entry : entries_) {
+            if (entry.cell != last)
+                list.push_back({.categories = Categories(entry.cell), .scores = {}});
+            last = entry.cell;
+            auto& scores = list.back().scores;
+            if (scores.empty() || scores.back().score != entry.score)
+                scores.push_back({entry.score, 0});
+            scores.back().persons += entry.persons;
+        }
+        return list;
+    }
+
+    const std::vector<int>& sources() const { return sources_; }
+
+  private:
+    struct Entry {
+        std::int64_t cell;  ///< from 0, the last source fastest
+        int score;
+        std::int64_t persons;
+    };
+    const ModelStructure* structure_;
+    std::vector<int> sources_;
+    std::vector<Entry> entries_;
+
+    std::vector<std::uint8_t> Categories(std::int64_t cell) const {
+        std::vector<std::uint8_t> categories(sources_.size());
+        for (std::size_t k = sources_.size(); k-- > 0;) {
+            const int count = structure_->sources[Slot(sources_[k])].categories;
+            categories[k] = static_cast<std::uint8_t>(cell % count + 1);
+            cell /= count;
+        }
+        return categories;
+    }
+};
 
 /// The lowest and the highest category with a count, and the items with a single one.
 void Find_ranges(const ModelStructure& structure, SufficientMargins& margins) {
@@ -174,13 +216,18 @@ SufficientMargins Complete_margins(const GLLRM& model, const ModelStructure& str
             margins.terms_by_group.emplace_back(Slot(groups), one);
     }
     const NumberSet everyone = ~NumberSet{0};
-    CellMap cells;
+    Stratum stratum;
+    for (std::size_t c = 0; c < structure.components.size(); ++c)
+        stratum.components.push_back(static_cast<int>(c));
+    stratum.sources = Sources_of(structure, stratum.components);
+    assert(stratum.sources.size() == structure.sources.size() && "a source without a term");
+    CellCounts cells(structure, stratum.sources);
+    std::vector<std::uint8_t> categories;
     for (std::size_t p = 0; p < table.size(); ++p) {
         if (!Passes(filter, table.Exo(p))) continue;
         const int score = Total_score(table, p);
         const std::int64_t persons = table.counts[p];
-        const std::vector<std::uint8_t> categories =
-            Source_categories(model, structure, table.Exo(p), score);
+        Read_source_categories(model, structure, table.Exo(p), score, categories);
         if (score < 0) {
             margins.counts.Nincomplete += persons;
             continue;
@@ -197,15 +244,13 @@ SufficientMargins Complete_margins(const GLLRM& model, const ModelStructure& str
         const int group = groups > 0 ? model.groups.ScoreGruppe(score) : 0;
         if (group > 0)
             Add_to_group(structure, group, table.Scores(p), categories, persons, margins);
-        cells[categories][score] += persons;
+        if (!structure.sources.empty()) cells.Add(categories, score, persons);
     }
     margins.persons = margins.counts.Nvalid;
-    Stratum stratum;
-    for (std::size_t c = 0; c < structure.components.size(); ++c)
-        stratum.components.push_back(static_cast<int>(c));
-    stratum.sources = Sources_of(structure, stratum.components);
-    assert(stratum.sources.size() == structure.sources.size() && "a source without a term");
-    stratum.cells = Cells_of(cells);
+    if (structure.sources.empty())
+        for (int s = 0; s <= MaxTotalScore; ++s)
+            if (margins.scores[Slot(s)] > 0) cells.Add({}, s, margins.scores[Slot(s)]);
+    stratum.cells = cells.Cells();
     margins.strata.push_back(std::move(stratum));
     Find_ranges(structure, margins);
     return margins;
@@ -215,14 +260,14 @@ SufficientMargins Incomplete_margins(const GLLRM& model, const ModelStructure& s
                                      const ResponseTable& table, const PersonFilter& filter,
                                      const One_based<int, MaxItems>& highest) {
     SufficientMargins margins = Empty_margins(structure);
-    std::map<std::vector<int>, CellMap> strata;
+    std::map<std::vector<int>, CellCounts> strata;
     std::vector<int> components;
+    std::vector<std::uint8_t> categories;
     for (std::size_t p = 0; p < table.size(); ++p) {
         if (!Passes(filter, table.Exo(p))) continue;
         const std::uint8_t* scores = table.Scores(p);
         const int total = Total_score(table, p);
-        std::vector<std::uint8_t> categories =
-            Source_categories(model, structure, table.Exo(p), total);
+        Read_source_categories(model, structure, table.Exo(p), total, categories);
         if (total >= 0 && All_present(categories)) continue;
         const std::int64_t persons = table.counts[p];
         margins.counts.Nincomplete += persons;
@@ -245,13 +290,13 @@ SufficientMargins Incomplete_margins(const GLLRM& model, const ModelStructure& s
         }
         margins.counts.Nuseful += persons;
         Add_responses(structure, members, scores, categories, persons, margins);
-        std::vector<std::uint8_t> cell;
-        for (const int k : Sources_of(structure, components)) cell.push_back(categories[Slot(k)]);
-        strata[components][cell][score] += persons;
+        const auto place =
+            strata.try_emplace(components, structure, Sources_of(structure, components));
+        place.first->second.Add(categories, score, persons);
     }
     margins.persons = margins.counts.Nuseful;
-    for (const auto& [list, cells] : strata)
-        margins.strata.push_back({list, Sources_of(structure, list), Cells_of(cells)});
+    for (auto& [list, cells] : strata)
+        margins.strata.push_back({list, cells.sources(), cells.Cells()});
     Find_ranges(structure, margins);
     return margins;
 }
