@@ -106,27 +106,34 @@ ModelLine Read_model_line(bool with_options) {
     return line;
 }
 
-/// The model that the terms ask for: changes of the current one, or a new one.
-Result<GLLRM> Asked_model(const std::string& terms) {
-    if (terms.empty()) return The_items.model;
-    if (!Is_amendment(terms)) return With_terms(The_items.model, terms, Project_labels());
-    Result<AmendedModel> amended = Amended(The_items.model, terms, Project_labels());
-    if (!amended) return amended.failure();
-    return std::move(amended->model);
+/// The model that the terms ask for: changes of the current one, which the lines tell, or a new
+/// one.
+Result<AmendedModel> Asked_model(const std::string& terms) {
+    if (terms.empty()) return AmendedModel{The_items.model, {}};
+    if (Is_amendment(terms)) return Amended(The_items.model, terms, Project_labels());
+    const Result<GLLRM> model = With_terms(The_items.model, terms, Project_labels());
+    if (!model) return model.failure();
+    return AmendedModel{*model, {}};
 }
 
 /// False, with its message, when the model cannot be had.
 bool Define_model(const std::string& terms) {
-    const Result<GLLRM> model = Asked_model(terms);
-    if (!model) {
-        Refuse(model.failure());
+    const Result<AmendedModel> asked = Asked_model(terms);
+    if (!asked) {
+        Refuse(asked.failure());
         return false;
     }
-    if (const auto oversized = Find_oversized_component(*model, Structure_of(*model))) {
-        ShowMessage(Oversized_component_message(*model, *oversized));
+    const GLLRM& model = asked->model;
+    if (const auto oversized = Find_oversized_component(model, Structure_of(model))) {
+        ShowMessage(Oversized_component_message(model, *oversized));
         return false;
     }
-    if (Model_text(*model) != The_current_GLLRM()) Set_current_model(*model);
+    if (!asked->lines.empty()) {
+        Write_report("Changes to the current GLLRM:");
+        Write_lines(asked->lines);
+        Write_report("");
+    }
+    if (Model_text(model) != The_current_GLLRM()) Set_current_model(model);
     return true;
 }
 

@@ -569,7 +569,7 @@ std::vector<std::string> Nested_model_lines(const EstimatedGLLRM& current,
     }
     const EstimatedGLLRM& worse = current.converged ? previous : current;
     lines.push_back(fmt::format("CLR = {}   df = {}   p = {}{}", Field(nested.CLR, 8, 2), nested.df,
-                                Field(nested.p, 6, 4), No_convergence_note(worse)));
+                                Field(nested.p, 5, 3), No_convergence_note(worse)));
     return lines;
 }
 
