@@ -1,20 +1,49 @@
 #include "graph/model/edge_revision.h"
 
+#include <algorithm>
+
+#include "shell/limits.h"
+#include "shell/text.h"
 #include "shell/variable_lists.h"
+#include "shell/words.h"
 
 namespace tarven {
 
 namespace {
 
-/// The places of the list. The converter writes "*" as the number behind the last label, which may
-/// be typed as well; under one label more only the "*" moves.
+/// No variable has a number of four digits.
+constexpr int LargestNumberTold = 999;
+
+/// Reads a run of digits from `at` on, and moves behind it.
+int Number_at(std::string_view text, std::size_t& at) {
+    int number = 0;
+    for (; at < text.size() && Is_digit(text[at]); ++at)
+        number = std::min(number * 10 + (text[at] - '0'), LargestNumberTold);
+    return number;
+}
+
+/// The places of the list, as String_to_variables reads it, except that a number stays what it is:
+/// there 260 would be variable 4, and the number behind the last variable "*". Empty when a
+/// character is no label.
 std::vector<int> Typed_places(std::string_view line, std::string_view labels) {
-    const VariableList list = String_to_variables(line, labels, true);
-    const VariableList moved = String_to_variables(line, std::string(labels) + '\x01', true);
-    if (!list.ok) return {};
+    const std::string letters = One_byte_a_letter(line);
+    const std::string_view text =
+        Behind_keyword(std::string_view(letters).substr(0, MaxTextLength));
     std::vector<int> places;
-    for (std::size_t k = 0; k < list.list.size(); ++k)
-        places.push_back(list.list[k] == moved.list[k] ? list.list[k] : EveryOther);
+    for (std::size_t at = 0; at < text.size();) {
+        if (Is_digit(text[at])) {
+            places.push_back(Number_at(text, at));
+            continue;
+        }
+        const char c = text[at++];
+        if (c == ' ') continue;
+        if (c == '*')
+            places.push_back(EveryOther);
+        else if (const int v = c == '#' ? 0 : Find_label(c, labels))
+            places.push_back(v);
+        else if (c != '-' && c != '+' && c != '?')
+            return {};
+    }
     return places;
 }
 

@@ -23,7 +23,7 @@ struct TypedPair {
 
 /// The pairs in the text behind the keyword of a line, two by two, an odd last one dropped. Nothing
 /// when a character is no label or there are fewer than two. Labels and numbers may stand side by
-/// side; a number is taken modulo 256.
+/// side; a number above 999 counts as 999.
 std::vector<TypedPair> Typed_pairs(std::string_view line, std::string_view labels);
 
 enum class Revised : std::uint8_t {

@@ -25,6 +25,10 @@ TEST(EdgeRevision, ReadsPairsTwoByTwo) {
         {"ADD *A", {{EveryOther, 1}}},
         {"ADD A 5", {{1, 5}}},  // the number that the converters use for "*"
         {"ADD A 6", {{1, 6}}},
+        {"ADD A 260", {{1, 260}}},  // no byte: not variable 4
+        {"ADD A 99999999999", {{1, 999}}},
+        {"ADD A-B + C?D", {{1, 2}, {3, 4}}},
+        {"ADD A#", {}},
         {"ADD AA", {{1, 1}}},
         {"ADD A", {}},
         {"ADD", {}},

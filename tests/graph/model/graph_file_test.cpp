@@ -146,6 +146,7 @@ TEST(GraphFile, NeitherReaderTakesADamagedFile) {
         {With(1, "99999999999 2"), "levels: 99999999999 2", "substring 1: 99999999999 <> "},
         {With(2, "3 1"), "Incorrect specification of recursive levels: 3 1",
          "Incorrect specification of recursive levels: 3 1"},
+        {With(2, "3 3"), "recursive levels: 3 3", "recursive levels: 3 3"},
         {With(2, "1 4"), "recursive levels: 1 4", "recursive levels: 1 4"},
         {With(2, "1"), "recursive levels: 1", "recursive levels: 1"},
         {With(2, "1 2 3"), "", "recursive levels: 1 2 3"},

@@ -26,18 +26,18 @@ TEST(GraphReport, ShowsEveryStatusAsItStands) {
 }
 
 TEST(GraphReport, SetsFixedCliquesApart) {
-    // Block 1 is A and B. AC is fixed, AB free; D to F are the explanatory variables.
+    // Block 1 is A and B. AC is fixed, AB free; C to F are explanatory, and E and F not joined.
     const ChainGraph graph = Chain_graph_of_rows(
-        "ABCDEF", {2, 6}, {"323111", "231111", "313333", "113333", "113333", "113333"});
+        "ABCDEF", {2, 6}, {"323111", "231111", "313333", "113333", "113331", "113313"});
     const Lines lines = Model_lines(graph, Summarize_graph(graph, {}));
     const Lines expected = {"Cliques:",
                             "LEVEL 1: (AB),(AC),(CDEF),",
-                            "LEVEL 2: (CDEF),",
+                            "LEVEL 2: (CDE),(CDF),",
                             "",
                             "Log-linear generators/cliques:",
                             "LEVEL 1: free  (AB),",
                             "LEVEL 1: fixed (AC),(CDEF),",
-                            "LEVEL 2: fixed (CDEF),",
+                            "LEVEL 2: fixed (CDE),(CDF),",
                             "Warning: The model contains only fixed cliques"};
     const auto from = std::find(lines.begin(), lines.end(), "Cliques:");
     EXPECT_EQ(Lines(from, lines.end()), expected);
