@@ -22,31 +22,6 @@ int Number_at(std::string_view text, std::size_t& at) {
     return number;
 }
 
-/// The places of the list, as String_to_variables reads it, except that a number stays what it is:
-/// there 260 would be variable 4, and the number behind the last variable "*". Empty when a
-/// character is no label.
-std::vector<int> Typed_places(std::string_view line, std::string_view labels) {
-    const std::string letters = One_byte_a_letter(line);
-    const std::string_view text =
-        Behind_keyword(std::string_view(letters).substr(0, MaxTextLength));
-    std::vector<int> places;
-    for (std::size_t at = 0; at < text.size();) {
-        if (Is_digit(text[at])) {
-            places.push_back(Number_at(text, at));
-            continue;
-        }
-        const char c = text[at++];
-        if (c == ' ') continue;
-        if (c == '*')
-            places.push_back(EveryOther);
-        else if (const int v = c == '#' ? 0 : Find_label(c, labels))
-            places.push_back(v);
-        else if (c != '-' && c != '+' && c != '?')
-            return {};
-    }
-    return places;
-}
-
 bool Is_variable(const ChainGraph& graph, int v) {
     return v >= 1 && v <= graph.nvar;
 }
@@ -69,8 +44,30 @@ void Revise_pair(EdgeRevision& revision, TypedPair pair, EdgeStatus status) {
 
 }  // namespace
 
+// As String_to_variables reads it, except that a number stays what it is: there 260 would be
+// variable 4, and the number behind the last variable "*".
+std::vector<int> Typed_places(std::string_view whole, std::string_view labels) {
+    const std::string text = One_byte_a_letter(whole).substr(0, MaxTextLength);
+    std::vector<int> places;
+    for (std::size_t at = 0; at < text.size();) {
+        if (Is_digit(text[at])) {
+            places.push_back(Number_at(text, at));
+            continue;
+        }
+        const char c = text[at++];
+        if (c == ' ') continue;
+        if (c == '*')
+            places.push_back(EveryOther);
+        else if (const int v = c == '#' ? 0 : Find_label(c, labels))
+            places.push_back(v);
+        else if (c != '-' && c != '+' && c != '?')
+            return {};
+    }
+    return places;
+}
+
 std::vector<TypedPair> Typed_pairs(std::string_view line, std::string_view labels) {
-    const std::vector<int> places = Typed_places(line, labels);
+    const std::vector<int> places = Typed_places(Behind_keyword(line), labels);
     std::vector<TypedPair> pairs;
     for (std::size_t k = 1; k < places.size(); k += 2) pairs.push_back({places[k - 1], places[k]});
     return pairs;

@@ -21,9 +21,13 @@ struct TypedPair {
     bool operator==(const TypedPair&) const = default;
 };
 
+/// The variables that a text names, by label or by number, in the order written: EveryOther for
+/// "*", and numbers of no variable as they are, those above 999 as 999. Nothing when a character is
+/// no label. Reads the first 120 characters.
+std::vector<int> Typed_places(std::string_view text, std::string_view labels);
+
 /// The pairs in the text behind the keyword of a line, two by two, an odd last one dropped. Nothing
-/// when a character is no label or there are fewer than two. Labels and numbers may stand side by
-/// side; a number above 999 counts as 999.
+/// when a character is no label or there are fewer than two.
 std::vector<TypedPair> Typed_pairs(std::string_view line, std::string_view labels);
 
 enum class Revised : std::uint8_t {

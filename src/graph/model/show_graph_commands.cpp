@@ -1,11 +1,14 @@
 #include "graph/model/show_graph_commands.h"
 
+#include <algorithm>
 #include <span>
 #include <string>
 
+#include "graph/model/edge_revision.h"
 #include "graph/model/graph_comparison_report.h"
 #include "graph/model/graph_report.h"
 #include "graph/model/graph_workspace.h"
+#include "graph/model/marginal_model_report.h"
 #include "graph/model/named_graph_workspace.h"
 #include "project/project.h"
 #include "shell/commands.h"
@@ -14,6 +17,7 @@
 #include "shell/report.h"
 #include "shell/text.h"
 #include "shell/user.h"
+#include "shell/variable_lists.h"
 #include "shell/words.h"
 #include "tables/ordinal/gammas_workspace.h"
 
@@ -70,6 +74,16 @@ void SHOW_G_COMPARE() {
     Write_comparison({first, one.graph}, {second, other.graph});
 }
 
+/// SHOW G MARGINAL and a list of variables.
+void SHOW_G_MARGINAL() {
+    const std::string_view word = Behind_keyword(Behind_keyword(The_line.CommandLine));
+    const std::vector<int> variables = Typed_places(Behind_keyword(word), The_graph.model.Labels);
+    const bool known = std::all_of(variables.begin(), variables.end(),
+                                   [](int v) { return v >= 1 && v <= The_graph.model.nvar; });
+    if (variables.empty() || !known) return ShowMessage("Failure: " + The_line.CommandLine);
+    Write_lines(Marginal_model_lines(The_graph.model, MarginalModel(The_graph.model, variables)));
+}
+
 }  // namespace
 
 void Register_show_graph() {
@@ -85,6 +99,13 @@ void Register_show_graph() {
                           .run = SHOW_G_COMPARE,
                           .needs = {defined},
                           .summary = "the graph and the one saved, or graph files (.GRF)"});
+    Register_letter_word(LetterCommand::show,
+                         {.letter = 'G',
+                          .beginning = "MAR",
+                          .spelling = "MARGINAL variables",
+                          .run = SHOW_G_MARGINAL,
+                          .needs = {defined},
+                          .summary = "the marginal model; asks about the first two variables"});
 }
 
 }  // namespace tarven

@@ -309,6 +309,9 @@ TEST_F(GraphSession, AWordBehindAShowLetterClaimsTheLine) {
     const Lines compared = Run({"SHO G COMPARE"});
     EXPECT_EQ(compared[0], "Comparison of the current model and the model saved on the GRF file");
     EXPECT_FALSE(Has_line_with(compared, "Project comments")) << "C is no letter of SHOW here";
+    EXPECT_EQ(Run({"SHO  G  marginal A C"})[0], "Marginal model: A|C");
+    for (const char* line : {"SHO G MAR", "SHO G MAR A X", "SHO G MAR A*", "SHO G MAR 1 260"})
+        EXPECT_EQ(Run({line}), Lines{std::string("Failure: ") + line});
     EXPECT_TRUE(Has_line_with(Run({"sho  g  C"}), "Project comments"));
     EXPECT_TRUE(Has_line_with(Run({"SHO GC"}), "Project comments"));
     EXPECT_TRUE(Has_line_with(Run({"SHO ?"}), "  G COMPARE"));
