@@ -59,10 +59,13 @@ class ScoreReader {
         Halves halves;
         std::memcpy(&halves, &bad, sizeof halves);
         if ((halves[0] | halves[1]) != 0) return 0;
-        // The score is below 256: sums of bytes may wrap.
+        // The score is below 256, so sums of bytes may wrap. They are added up in lanes of two
+        // bytes.
         std::memcpy(&halves, &points, sizeof halves);
-        constexpr std::uint64_t Ones = 0x0101010101010101;
-        const std::uint64_t sum = (halves[0] * Ones >> 56) + (halves[1] * Ones >> 56);
+        constexpr std::uint64_t Low = 0x00FF00FF00FF00FF, Ones = 0x0001000100010001;
+        const std::uint64_t lanes =
+            (halves[0] & Low) + (halves[0] >> 8 & Low) + (halves[1] & Low) + (halves[1] >> 8 & Low);
+        const std::uint64_t sum = lanes * Ones >> 48;
         return group_of_[static_cast<std::uint8_t>(sum + constant_)];
     }
 

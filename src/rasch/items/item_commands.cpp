@@ -98,7 +98,8 @@ Outcome ITEMS() {
 // ---- EXOGENOUS
 
 void Report_exogenous(const GLLRM& model) {
-    Write_report(fmt::format("{} exogenous variables: {}", model.NEXOGENE, Exo_labels(model)));
+    Write_report(fmt::format("{} exogenous variable{}: {}", model.NEXOGENE,
+                             model.NEXOGENE == 1 ? "" : "s", Exo_labels(model)));
     const Result<ResponseTable> responses = Current_responses();
     if (!responses) {
         for (const std::string& message : responses.failure().messages) ShowMessage(message);

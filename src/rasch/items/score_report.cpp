@@ -88,8 +88,8 @@ std::vector<std::string> Score_distribution_lines(const ScoreDistribution& score
 }
 
 std::string Complete_persons_line(const ScoreDistribution& scores) {
-    return fmt::format("{} persons, {} with responses to all items", scores.persons,
-                       scores.complete);
+    return fmt::format("{} person{}, {} with responses to all items", scores.persons,
+                       scores.persons == 1 ? "" : "s", scores.complete);
 }
 
 std::vector<std::string> Scores_by_lines(const GLLRM& model, int x,

@@ -88,6 +88,15 @@ std::vector<int> From_block(const HypothesisVariables& variables, int first) {
 
 }  // namespace
 
+bool Remove_untestable(HypothesisList& list, const HypothesisVariables& variables) {
+    const auto untestable = [&](const Hypothesis& row) {
+        const TestedPair pair = Tested_pair(row);
+        return std::max(variables.DIM[static_cast<std::size_t>(pair.X)],
+                        variables.DIM[static_cast<std::size_t>(pair.Y)]) > MaxCategories;
+    };
+    return std::erase_if(list.rows, untestable) > 0;
+}
+
 HypothesisList Define_hypotheses(const HypothesisVariables& variables,
                                  std::span<const std::pair<int, int>> pairs) {
     const int n = variables.Nvar;

@@ -118,6 +118,10 @@ struct HypothesisList {
     bool over_limit = false;          ///< the list stopped at MaxHypotheses
 };
 
+/// Takes out the rows that test a variable of more than MaxCategories categories, which the score
+/// may have; it can only condition. True when there were some.
+bool Remove_untestable(HypothesisList& list, const HypothesisVariables& variables);
+
 /// One row for each pair i < j that `pairs` names in either order, i ascending, then j: given all
 /// other variables of i's recursive block and of the blocks after it. A number of a pair outside
 /// 1..Nvar stands for all variables.

@@ -23,7 +23,11 @@ Outcome Failure() {
 }
 
 /// Stores a list and reports it; an empty one is the command's failure.
-Outcome Take(const HypothesisList& made, const HypothesisVariables& variables) {
+Outcome Take(HypothesisList made, const HypothesisVariables& variables) {
+    if (Remove_untestable(made, variables))
+        ShowMessage(fmt::format(
+            "A variable of more than {} categories is not tested: it can only condition",
+            MaxCategories));
     for (const int v : made.collapsed_over)
         Write_report(fmt::format("Collaps over: {} {}", v,
                                  variables.vlabel[static_cast<std::size_t>(v - 1)]));
