@@ -34,7 +34,7 @@ const LetterWord* Claiming_word(LetterCommand command, const ParsedLine& line) {
     const std::string_view parameters = Behind_keyword(line.CommandLine);
     const std::string letter = Upper(Get_word(1, parameters));
     const std::string word = Upper(Get_word(2, parameters));
-    if (letter.size() != 1) return nullptr;
+    if (letter.size() != 1 || word.empty()) return nullptr;
     for (const LetterWord* known : Letter_words(command, letter[0]))
         if (word.starts_with(known->beginning)) return known;
     return nullptr;

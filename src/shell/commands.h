@@ -74,7 +74,7 @@ void Extend_letter(LetterCommand command, char letter, const std::string& summar
 /// COMPARE is a letter of SHOW.
 struct LetterWord {
     char letter = ' ';
-    std::string beginning;      ///< upper case; the word may go on: "COM"
+    std::string beginning;      ///< upper case; the word may go on: "COM". Empty: any word
     std::string spelling;       ///< with what stands behind it, for the reader: "COMPARE [file]"
     std::function<void()> run;  ///< reads The_line
     std::vector<Need> needs;

@@ -64,7 +64,7 @@ std::string Write_graph_lines(const fs::path& path, const std::vector<std::strin
 std::string Write_project_graph() {
     ProjectFile& GRF = The_project.files.GRF;
     GRF.path = Existing_or(GRF.path);
-    const std::string failure =
+    std::string failure =
         Write_graph_lines(GRF.path, GRF_lines(The_graph.model, Names_of_variables()));
     if (!failure.empty()) return failure;
     GRF.exists = true;
@@ -126,9 +126,10 @@ bool Read_project_graph() {
 
 void Read_graph_at_opening() {
     if (The_project.N < 1) return;
-    if (The_project.files.GRF.exists && Read_project_graph())
-        return Read_gammas_found(GAM_of_project());
+    const bool there = The_project.files.GRF.exists;
+    if (there && Read_project_graph()) return Read_gammas_found(GAM_of_project());
     Start_model(New_project_graph(Free), false);
+    if (there) ShowMessage(GRF_name() + " is not used. The graph has all edges");
 }
 
 /// Coordinates for a graph that has none; true when they were made.

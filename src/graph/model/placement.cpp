@@ -1,5 +1,6 @@
 #include "graph/model/placement.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <vector>
@@ -51,9 +52,7 @@ void Place_nodes(ChainGraph& graph) {
         const Box box{mirrored ? DrawingWidth - centre : centre, DrawingHeight / 2.0, 0.4 * width,
                       0.4 * DrawingHeight};
         const std::vector<NodePlace> places = Places_in_box(box, m);
-        for (int k = 0; k < m; ++k)
-            graph.coordinates[static_cast<std::size_t>(first + k)] =
-                places[static_cast<std::size_t>(k)];
+        std::copy(places.begin(), places.end(), graph.coordinates.entries.begin() + first);
         first = last + 1;
     }
     graph.coordinates_ready = true;

@@ -178,11 +178,17 @@ void Register_model_commands() {
     Extend_letter(LetterCommand::show, 'C', "and the components of the items", [] {
         if (The_items.model.NITEMS > 0) Write_components();
     });
-    Register_letter(LetterCommand::save,
-                    {.letter = 'R',
-                     .run = Save_model,
-                     .needs = {Items_are_there},
-                     .summary = "the current GLLRM as a command file: SAVE R model.cmd"});
+    Register_letter(LetterCommand::save, {.letter = 'R',
+                                          .run = Save_model,
+                                          .needs = {Items_are_there},
+                                          .summary = "the current GLLRM as a command file"});
+    // No letter of the file's name is a letter of SAVE.
+    Register_letter_word(LetterCommand::save, {.letter = 'R',
+                                               .beginning = "",
+                                               .spelling = "model.cmd",
+                                               .run = Save_model,
+                                               .needs = {Items_are_there},
+                                               .summary = "the same on a file of that name"});
 }
 
 }  // namespace tarven

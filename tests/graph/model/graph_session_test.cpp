@@ -315,6 +315,10 @@ TEST_F(GraphSession, AWordBehindAShowLetterClaimsTheLine) {
     EXPECT_TRUE(Has_line_with(Run({"sho  g  C"}), "Project comments"));
     EXPECT_TRUE(Has_line_with(Run({"SHO GC"}), "Project comments"));
     EXPECT_TRUE(Has_line_with(Run({"SHO ?"}), "  G COMPARE"));
+    // Nor does the name of a model's file hold letters of SAVE.
+    Have_gammas();
+    EXPECT_EQ(Run({"SAV R big.cmd"}).size(), 1U);
+    EXPECT_FALSE(Exists("x.GAM"));
 }
 
 }  // namespace
