@@ -185,7 +185,10 @@ bool Ask_to_save_graph() {
     if (!The_graph.changed) return true;
     const Answer answer = AskYesNoCancel("Save Graph");
     if (answer == Answer::cancel) return false;
-    if (answer == Answer::no) return true;
+    if (answer == Answer::no) {
+        ShowMessage("Graph was not saved");  // nobody may have answered
+        return true;
+    }
     const std::string failure = Write_project_graph();
     if (failure.empty()) return true;
     Show_machine_failure(failure);
