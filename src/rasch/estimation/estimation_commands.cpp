@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 
 #include "project/data.h"
 #include "project/project.h"
@@ -38,7 +39,7 @@ struct MenuEntry {
     bool available = false;
 };
 
-constexpr std::array<MenuEntry, 21> Menu{{
+constexpr std::array<MenuEntry, 22> Menu{{
     {0, "Reduce model"},
     {1, "Check local independence"},
     {2, "Check missing DIF"},
@@ -60,6 +61,7 @@ constexpr std::array<MenuEntry, 21> Menu{{
     {100, "Output on files"},
     {101, "Extended output", true},
     {102, "Save person estimates"},
+    {999, "Save the output on ItemAnalysis.txt and exit"},
 }};
 
 const MenuEntry* Find_entry(int number) {
@@ -225,6 +227,19 @@ void Keep_estimate(EstimatedGLLRM estimate, const EstimationChoices& choices) {
     The_items.CurrentPersons_ready = false;
 }
 
+/// Lack of memory stops the estimate, not the program.
+Result<EstimatedGLLRM> Estimate_current_model(const ResponseTable& responses,
+                                              const EstimationChoices& choices) {
+    try {
+        EstimationMemory memory;
+        return Estimate_GLLRM(
+            The_items.model, responses, Settings_of(choices), memory, [] { return Stop_asked(); },
+            Ask_to_continue);
+    } catch (const std::bad_alloc&) {
+        return Failed{{"Biasedgammavalues not allocated"}};
+    }
+}
+
 Outcome Estimate_with(EstimationChoices choices) {
     const Result<ResponseTable> responses =
         Read_responses(Cases_of_project(), The_items.model, [] { return Stop_asked(); });
@@ -244,10 +259,7 @@ Outcome Estimate_with(EstimationChoices choices) {
     Write_report("");
     SetStatus(4, "Estimating item parameters");
     SetStatus(5, "Iterating");
-    EstimationMemory memory;
-    Result<EstimatedGLLRM> estimate = Estimate_GLLRM(
-        The_items.model, *responses, Settings_of(choices), memory, [] { return Stop_asked(); },
-        Ask_to_continue);
+    Result<EstimatedGLLRM> estimate = Estimate_current_model(*responses, choices);
     if (!estimate) {
         The_items.CurrentIRTparameters_ready = false;
         return Refuse(estimate.failure());

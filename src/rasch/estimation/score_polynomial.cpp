@@ -27,6 +27,7 @@ struct MemberItem {
         const ScoreTable<Extended>* lambda = nullptr;
     };
     std::vector<Link> links;
+    std::vector<int> terms;  ///< its terms of DIF
 };
 
 /// The items of a component that take part, with what their response vectors are made of.
@@ -41,7 +42,8 @@ struct Members {
                           .low = parameters.low[At(item)],
                           .high = parameters.high[At(item)],
                           .effective = parameters.eps[At(item)],
-                          .links = {}};
+                          .links = {},
+                          .terms = structure.terms_of(item)};
         for (const int k : component.pairs) {
             if (structure.pairs[At(k)].other != item) continue;
             for (int e = 0; e < static_cast<int>(items.size()); ++e)
@@ -56,15 +58,15 @@ struct Members {
     /// The parameters of the items in the cell.
     void Set_cell(const ModelStructure& structure, const GLLRMParameters& parameters,
                   std::span<const std::uint8_t> categories) {
-        for (MemberItem& member : items) member.effective = parameters.eps[At(member.item)];
-        for (std::size_t k = 0; k < structure.terms.size(); ++k)
-            for (MemberItem& member : items) {
-                if (structure.terms[k].item != member.item) continue;
-                const int column = categories[At(structure.terms[k].source)] - 1;
+        for (MemberItem& member : items) {
+            member.effective = parameters.eps[At(member.item)];
+            for (const int k : member.terms) {
+                const int column = categories[At(structure.terms[At(k)].source)] - 1;
                 assert(column >= 0 && "a source without a category");
                 for (int x = member.low; x <= member.high; ++x)
-                    member.effective[At(x)] *= parameters.delta[k](x, column);
+                    member.effective[At(x)] *= parameters.delta[At(k)](x, column);
             }
+        }
     }
 };
 
@@ -314,9 +316,9 @@ class StratumWalk {
 
     void Add_to_item(const MemberItem& member, int x, Extended persons) {
         expected_.items[At(member.item)][At(x)] += persons;
-        for (std::size_t k = 0; k < structure_.terms.size(); ++k)
-            if (structure_.terms[k].item == member.item)
-                expected_.terms[k](x, categories_[At(structure_.terms[k].source)] - 1) += persons;
+        for (const int k : member.terms)
+            expected_.terms[At(k)](x, categories_[At(structure_.terms[At(k)].source)] - 1) +=
+                persons;
     }
 
     void Add_expected(const Members& members, const Extended* f_bar) {
