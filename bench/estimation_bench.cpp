@@ -77,7 +77,7 @@ void Depend(GLLRM& model, int i, int j) {
 /// Critical Delta is 10 to the -k persons.
 void Estimate(benchmark::State& state, const Sample& sample, int k) {
     EstimationSettings settings;
-    settings.critical_Delta = std::pow(10.0, -k);
+    settings.stops.critical_Delta = std::pow(10.0, -k);
     EstimationMemory memory;
     int steps = 0;
     for (auto _ : state) {

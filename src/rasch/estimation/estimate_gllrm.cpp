@@ -6,18 +6,13 @@
 #include <cassert>
 #include <cmath>
 #include <limits>
+#include <span>
 
 #include "rasch/items/model_text.h"
 
 namespace tarven {
 
 namespace {
-
-constexpr Extended LargeDelta = 10.0L;
-constexpr Extended CyclingDelta = 2.0L;
-constexpr Extended CyclingGain = 0.00001L;
-constexpr int MostWorseningSteps = 11;
-constexpr int StepsOfAStretch = 1000;
 
 std::size_t Nr(int i) {
     return static_cast<std::size_t>(i);
@@ -48,12 +43,16 @@ class Iterator {
         smallest_at_last_stop_ = std::numeric_limits<Extended>::max();
         for (;;) {
             Take_step();
-            const IterationStop reason = Test_stop();
+            if (Delta_recurs(Phase(), number_))
+                course_.recurrences.push_back(
+                    {course_.steps, course_.Delta, Delta_back(Phase(), 2), Delta_back(Phase(), 4)});
+            const IterationStop reason =
+                Stop_after(Phase(), number_, task_.settings.stops, task_.stop);
             if (reason == IterationStop::none) continue;
             course_.end = {reason, course_.steps, course_.Delta};
             if (!Goes_on(reason)) break;
             course_.passed.push_back(course_.end);
-            if (number_ >= task_.settings.maximum_steps) number_ = 0;
+            if (number_ >= task_.settings.stops.maximum_steps) number_ = 0;
         }
         if (sweeping_) Normalise_whole_model(task_.structure, task_.margins, parameters_);
         course_.reached_critical = course_.end.reason == IterationStop::converged;
@@ -69,13 +68,11 @@ class Iterator {
     bool sweeping_ = false;
     Extended smallest_at_last_stop_ = 0;
 
-    /// Delta `back` steps before the last one, 9999 before the first.
-    Extended Delta_back(int back) const {
-        const int index = static_cast<int>(course_.history.size()) - 1 - back;
-        return index >= 0 ? course_.history[Nr(index)] : 9999;
+    /// The Deltas of the literal steps, or of the sweeps.
+    std::span<const Extended> Phase() const {
+        return std::span(course_.history)
+            .subspan(sweeping_ ? course_.history.size() - Nr(course_.sweeps) : 0);
     }
-
-    bool Stop_is_asked() const { return task_.stop && task_.stop(); }
 
     void Take_step() {
         const StepOptions& options = task_.settings.step;
@@ -92,39 +89,6 @@ class Iterator {
             course_.smallest_Delta = course_.Delta;
             course_.smallest_step = course_.steps;
         }
-        if (course_.Delta > Delta_back(1))
-            ++course_.worsening_steps;
-        else if (course_.Delta < Delta_back(1))
-            course_.worsening_steps = 0;
-    }
-
-    /// Above step 5 and Nstep, with a large Delta that is not smaller than two and four steps back.
-    bool Is_cycling() {
-        const Extended Delta = course_.Delta;
-        const bool recurs = number_ > 5 && Delta >= CyclingDelta &&
-                            !(Delta_back(2) - Delta >= CyclingGain) &&
-                            !(Delta_back(4) - Delta >= CyclingGain);
-        if (recurs)
-            course_.recurrences.push_back({course_.steps, Delta, Delta_back(2), Delta_back(4)});
-        return recurs && number_ > task_.settings.Nstep;
-    }
-
-    IterationStop Test_stop() {
-        const Extended Delta = course_.Delta;
-        const bool cycling = Is_cycling();
-        if (Delta < static_cast<Extended>(task_.settings.critical_Delta))
-            return IterationStop::converged;
-        if (cycling) return IterationStop::cycling;
-        if (number_ == task_.settings.maximum_steps) return IterationStop::maximum_steps;
-        if (number_ % StepsOfAStretch == 0) return IterationStop::thousand_steps;
-        if (Delta == Delta_back(1)) return IterationStop::same_delta;
-        if (number_ > 5 && Delta == Delta_back(2)) return IterationStop::delta_two_back;
-        if (task_.settings.Nstep > 0 && number_ % task_.settings.Nstep == 0 && Delta > LargeDelta)
-            return IterationStop::large_delta;
-        if (Stop_is_asked()) return IterationStop::cancelled;
-        if (course_.worsening_steps >= MostWorseningSteps && Delta > Delta_back(1))
-            return IterationStop::worsening;
-        return IterationStop::none;
     }
 
     /// After a stop: whether there is more to do, and by which kind of step.
@@ -135,12 +99,12 @@ class Iterator {
         std::optional<bool> answer;
         if (task_.ask)
             answer = task_.ask({course_.end, course_.history.front(), course_.smallest_Delta,
-                                course_.smallest_step, course_.Delta == Delta_back(1)});
+                                course_.smallest_step, course_.Delta == Delta_back(Phase(), 1)});
         if (answer) {
             if (*answer && !improved) Turn_to_sweeps();
             return *answer;
         }
-        const int most = std::min(task_.settings.maximum_steps, MostStepsUnasked);
+        const int most = std::min(task_.settings.stops.maximum_steps, MostStepsUnasked);
         if (reason == IterationStop::cancelled || course_.steps >= most) return false;
         return improved || Turn_to_sweeps();
     }
@@ -152,7 +116,6 @@ class Iterator {
         sweeping_ = true;
         parameters_ = start_;
         number_ = 0;
-        course_.worsening_steps = 0;
         smallest_at_last_stop_ = std::numeric_limits<Extended>::max();
         return true;
     }

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "rasch/estimation/iteration_stops.h"
 #include "rasch/estimation/ll_step.h"
 #include "rasch/estimation/model_structure.h"
 #include "rasch/estimation/score_polynomial.h"
@@ -27,27 +28,11 @@ inline constexpr double DeltaOfConvergence = 0.1;  ///< below it callers take a 
 
 struct EstimationSettings {
     PersonFilter filter;
-    double critical_Delta = 0.0001;
-    int Nstep = 50;            ///< rules on large gaps and cycling wait for it
-    int maximum_steps = 5000;  ///< of one stretch; in all when nobody is asked
+    StopRules stops;  ///< maximum_steps counts all steps when nobody is asked
     StepOptions step;
     bool ordered_thresholds = false;
     bool incomplete_responses = false;
     bool with_score_groups = false;  ///< the tables of the terms in each score group, too
-};
-
-/// Why an iteration stopped, in the order of the tests.
-enum class IterationStop : std::uint8_t {
-    none,
-    converged,       ///< Delta below the critical one
-    cycling,         ///< Delta comes back and is large
-    maximum_steps,   ///< the step number is the maximum
-    thousand_steps,  ///< it is a multiple of 1000
-    same_delta,      ///< Delta is the one before
-    delta_two_back,  ///< Delta is that of two steps back
-    large_delta,     ///< Delta above 10 at a multiple of Nstep
-    cancelled,       ///< by the user
-    worsening        ///< Delta has grown in 11 steps or more
 };
 
 /// A stop that was passed, or the last one.
@@ -73,7 +58,6 @@ struct Iteration {
     Extended Delta = 0;             ///< of the last step, before its update
     Extended smallest_Delta = 0;
     int smallest_step = 0;
-    int worsening_steps = 0;  ///< consecutive, at the end
     StopEvent end;
     std::vector<StopEvent> passed;  ///< stops after which it went on
     std::vector<Recurrence> recurrences;

@@ -143,8 +143,8 @@ bool Define_model(const std::string& terms) {
 
 EstimationSettings Settings_of(const EstimationChoices& choices) {
     EstimationSettings settings;
-    settings.critical_Delta = choices.critical_Delta;
-    settings.Nstep = choices.Nstep;
+    settings.stops.critical_Delta = choices.critical_Delta;
+    settings.stops.Nstep = choices.Nstep;
     settings.ordered_thresholds = choices.ordered_thresholds;
     settings.incomplete_responses = choices.incomplete_responses;
     settings.with_score_groups = true;

@@ -149,10 +149,10 @@ Lines Count_lines(const EstimatedGLLRM& e) {
 // ---- The course of an iteration
 
 Lines Stop_criteria_lines(const EstimatedGLLRM& e) {
-    return {
-        "Stop criteria:",
-        fmt::format("MaxDelta = {}", Delta_text(static_cast<Extended>(e.settings.critical_Delta))),
-        fmt::format("Nstep    = {}", e.settings.Nstep)};
+    return {"Stop criteria:",
+            fmt::format("MaxDelta = {}",
+                        Delta_text(static_cast<Extended>(e.settings.stops.critical_Delta))),
+            fmt::format("Nstep    = {}", e.settings.stops.Nstep)};
 }
 
 std::string Reason_text(IterationStop reason) {

@@ -69,7 +69,7 @@ void Expect_published_figures(const std::string& project, double critical_Delta,
     const auto figures = Reference_figures("rasch_models.json", project);
     const ItemSample sample = Example_items(project);
     EstimationSettings settings;
-    settings.critical_Delta = critical_Delta;
+    settings.stops.critical_Delta = critical_Delta;
     for (const auto& wanted : figures.at("models")) {
         const std::string terms = wanted.at("model");
         const EstimatedGLLRM e =
@@ -202,7 +202,7 @@ TEST(Steps, AreTheLiteralOnes) {
 TEST(Steps, ThatStickInADenseComponentGiveWayToSweeps) {
     const ItemSample sample = Example_items("verbal");
     EstimationSettings settings;
-    settings.critical_Delta = 1e-8;
+    settings.stops.critical_Delta = 1e-8;
     const GLLRM model = With_terms_of(sample.model, "AC AG AI CI GI");
     const EstimatedGLLRM e = Estimate(model, sample.table);
     EXPECT_EQ(e.iteration.sweeps, 18);
@@ -215,6 +215,9 @@ TEST(Steps, ThatStickInADenseComponentGiveWayToSweeps) {
             EXPECT_EQ(pair.parameters(x, 0), 1);
         }
     EXPECT_LT(Largest_gap(Estimate(model, sample.table, settings)), 1e-8);
+    Extended tops = 1;
+    for (int i = 1; i <= 24; ++i) tops *= e.parameters.eps[At(i)][2];
+    EXPECT_NEAR(static_cast<double>(tops), 1, 1e-12);
 }
 
 TEST(Estimates, DoNotDependOnTheOrderOfPersonsOrItems) {
@@ -223,7 +226,7 @@ TEST(Estimates, DoNotDependOnTheOrderOfPersonsOrItems) {
     const ResponseTable table =
         Simulated_persons(random, model, Random_parameters(random, model), 400, 1);
     EstimationSettings settings;
-    settings.critical_Delta = 1e-12;
+    settings.stops.critical_Delta = 1e-12;
     const EstimatedGLLRM e = Estimate(model, table, settings);
     const GLLRM turned = With_terms_of(Model_of_dims({2, 3, 2, 3, 3}, {2, 3}), "DE BF AG");
     std::vector<std::vector<int>> persons;
@@ -297,6 +300,14 @@ TEST(Estimates, StartFromOthersWhenGiven) {
     ASSERT_TRUE(again);
     EXPECT_EQ(again->iteration.steps, 1);
     EXPECT_NEAR(static_cast<double>(again->neg_loglik), static_cast<double>(e.neg_loglik), 1e-8);
+    // What nobody answers now is 0, whatever it was.
+    ResponseTable fewer = sample.table;
+    for (std::size_t p = 0; p < fewer.size(); ++p)
+        if (fewer.Scores(p)[0] == 2) fewer.codes[p * fewer.width()] = 1;
+    const auto of_fewer = Estimate_GLLRM(model, fewer, {}, memory, {}, {}, &e.parameters);
+    EXPECT_EQ(of_fewer->parameters.eps[1][2], 0);
+    EXPECT_NEAR(static_cast<double>(of_fewer->neg_loglik),
+                static_cast<double>(Estimate(model, fewer).neg_loglik), 1e-4);
 }
 
 TEST(Estimates, AreTheSameFromSeveralThreads) {
@@ -371,7 +382,7 @@ TEST_F(Incomplete, RecordsJoinTheFit) {
     std::mt19937 random(7);
     const ResponseTable table = Persons(random);
     EstimationSettings settings;
-    settings.critical_Delta = 1e-9;
+    settings.stops.critical_Delta = 1e-9;
     const EstimatedGLLRM complete = Estimate(model, table, settings);
     settings.incomplete_responses = true;
     const EstimatedGLLRM e = Estimate(model, table, settings);
@@ -409,7 +420,7 @@ TEST_F(Incomplete, RecordsWithTheItemsOfAllOthersChangeNothing) {
     persons.push_back({0, 0, 0, 0});
     persons.push_back({2, 2, 1, 1});
     EstimationSettings settings;
-    settings.critical_Delta = 1e-10;
+    settings.stops.critical_Delta = 1e-10;
     const EstimatedGLLRM alone = Estimate(three, Table_of_persons(three, without), settings);
     settings.incomplete_responses = true;
     const EstimatedGLLRM e = Estimate(four, Table_of_persons(four, persons), settings);
@@ -540,7 +551,7 @@ TEST(Limits, AreToldBeforeAnythingIsAllocated) {
 /// A model that the literal steps never finish: the smallest critical Delta.
 EstimationSettings Endless() {
     EstimationSettings settings;
-    settings.critical_Delta = 0;
+    settings.stops.critical_Delta = 0;
     return settings;
 }
 
@@ -554,10 +565,27 @@ TEST(StopRules, WithoutAUserItGoesOnAsLongAsDeltaImproves) {
     EXPECT_LT(e.Delta, 1e-12);
 }
 
+TEST(StopRules, AContinuedStretchBeginsAnew) {
+    const ItemSample sample = Example_items("verbal");
+    EstimationMemory memory;
+    EstimationSettings settings;
+    settings.stops.maximum_steps = 3;
+    std::vector<int> asked_at;
+    const auto e = Estimate_GLLRM(sample.model, sample.table, settings, memory, {},
+                                  [&](const UnfinishedIteration& shown) -> std::optional<bool> {
+                                      EXPECT_EQ(shown.stop.reason, IterationStop::maximum_steps);
+                                      asked_at.push_back(shown.stop.step);
+                                      return true;
+                                  });
+    EXPECT_EQ(asked_at, (std::vector<int>{3, 6, 9, 12, 15, 18}));
+    EXPECT_EQ(e->iteration.steps, 19);
+    EXPECT_TRUE(e->iteration.reached_critical);
+}
+
 TEST(StopRules, StepsAreCountedToTheMaximum) {
     const ItemSample sample = Example_items("verbal");
     EstimationSettings settings;
-    settings.maximum_steps = 3;
+    settings.stops.maximum_steps = 3;
     const EstimatedGLLRM e = Estimate(sample.model, sample.table, settings);
     EXPECT_EQ(e.iteration.end.reason, IterationStop::maximum_steps);
     EXPECT_EQ(e.iteration.steps, 3);
@@ -576,8 +604,8 @@ ItemSample Slow_sample() {
 TEST(StopRules, WithoutAUserFiveThousandStepsAreTheEnd) {
     const ItemSample sample = Slow_sample();
     EstimationSettings settings;
-    settings.critical_Delta = 1e-12;
-    settings.maximum_steps = 100000;
+    settings.stops.critical_Delta = 1e-12;
+    settings.stops.maximum_steps = 100000;
     const EstimatedGLLRM e = Estimate(sample.model, sample.table, settings);
     EXPECT_EQ(e.iteration.steps, 5000);
     EXPECT_EQ(e.iteration.passed.size(), 4u);
@@ -595,7 +623,7 @@ TEST(StopRules, AThousandStepsAskAndGoOn) {
         return asked.size() < 3;
     };
     EstimationSettings settings;
-    settings.critical_Delta = 1e-12;
+    settings.stops.critical_Delta = 1e-12;
     const auto e = Estimate_GLLRM(sample.model, sample.table, settings, memory, {}, twice);
     ASSERT_TRUE(e);
     ASSERT_EQ(asked.size(), 3u);
@@ -638,6 +666,18 @@ TEST(OrderedThresholds, AreOrderedAndNothingElseChanges) {
     EXPECT_GT(were_disordered, 0);
     EXPECT_NEAR(static_cast<double>(tops), 1, 1e-10);
     EXPECT_GT(e.neg_loglik, plain.neg_loglik);
+}
+
+TEST(OrderedThresholds, LeaveCategoriesThatNobodyHas) {
+    std::mt19937 random(12);
+    const GLLRM model = Model_of_dims({4, 4, 3});
+    ResponseTable table =
+        Simulated_persons(random, model, Random_parameters(random, model), 200, 1);
+    for (std::size_t p = 0; p < table.size(); ++p)
+        if (table.Scores(p)[0] == 1) table.codes[p * table.width()] = 0;
+    EstimationSettings settings;
+    settings.ordered_thresholds = true;
+    EXPECT_EQ(Estimate(model, table, settings).parameters.eps[1][1], 0);
 }
 
 }  // namespace
