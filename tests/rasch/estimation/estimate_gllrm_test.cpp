@@ -291,6 +291,54 @@ TEST(Estimates, OfInteractionsWithTheScoreFitTheirTables) {
     EXPECT_EQ(inner.margins.persons, e.margins.persons - e.margins.scores[0] - e.margins.scores[1]);
 }
 
+TEST(Estimates, HaveTheLikelihoodOfTheirRecords) {
+    const ItemSample sample = Example_items("verbal");
+    GLLRM model = sample.model;
+    model.groups.ScoreDim = 3;
+    model.groups.ScoreCuts[1] = 9;
+    model.groups.ScoreCuts[2] = 20;
+    model.groups.ScoreCuts[3] = 48;
+    model = With_terms_of(model, "AB BC AZ CY D#");
+    const EstimatedGLLRM e = Estimate(model, sample.table);
+    const std::vector<CellPolynomial> cells = Gamma_of_cells(e);
+    Extended sum = 0;
+    for (std::size_t p = 0; p < sample.table.size(); ++p) {
+        const std::uint8_t* row = sample.table.Scores(p);
+        const std::vector<int> scores(row, row + 24);
+        int total = 0;
+        for (const int x : scores) total += x;
+        const std::vector<std::uint8_t> categories = {
+            row[24], row[25], static_cast<std::uint8_t>(model.groups.ScoreGruppe(total))};
+        for (const CellPolynomial& cell : cells)
+            if (cell.categories == categories)
+                sum -= std::log(
+                    Weight_of(e.structure, e.parameters, scores, categories, All_items(24)) /
+                    cell.gamma(total));
+    }
+    EXPECT_NEAR(static_cast<double>(e.neg_loglik), static_cast<double>(sum), 1e-9);
+    EXPECT_EQ(e.npar, 47 + 8 + 6 + 4);
+}
+
+TEST(Estimates, CountTheTablesOfTheirTermsByScoreGroup) {
+    const ItemSample sample = Example_items("verbal");
+    EstimationSettings settings;
+    settings.with_score_groups = true;
+    const EstimatedGLLRM e = Estimate(With_terms_of(sample.model, "AB CY"), sample.table, settings);
+    for (const FittedInteraction* table : {&e.IJ[0], &e.IX[0]}) {
+        EXPECT_EQ(table->count, 316);
+        ASSERT_EQ(table->observed_by_group.size(), 2u);
+        for (std::size_t cell = 0; cell < table->observed.cells.size(); ++cell)
+            EXPECT_EQ(table->observed.cells[cell], table->observed_by_group[0].cells[cell] +
+                                                       table->observed_by_group[1].cells[cell]);
+    }
+    // Nobody of the lower group, scores 0 to 24, has reached more than 24.
+    std::int64_t lower = 0;
+    for (int s = 0; s <= 24; ++s) lower += e.margins.scores[At(s)];
+    std::int64_t counted = 0;
+    for (const std::int64_t n : e.IJ[0].observed_by_group[0].cells) counted += n;
+    EXPECT_EQ(counted, lower);
+}
+
 TEST(Estimates, StartFromOthersWhenGiven) {
     const ItemSample sample = Example_items("verbal");
     const GLLRM model = With_terms_of(sample.model, "AB CY");
