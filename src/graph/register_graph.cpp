@@ -1,11 +1,13 @@
 #include "graph/register_graph.h"
 
+#include "graph/hypotheses/graph_gamma_commands.h"
 #include "graph/model/graph_commands.h"
 
 namespace tarven {
 
 void Register_graph() {
     Register_graph_commands();
+    Register_graph_gamma_commands();
 }
 
 }  // namespace tarven

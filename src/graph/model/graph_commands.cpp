@@ -50,7 +50,6 @@ void Register_graph_commands() {
         {"CAU", "CAUSAL", "analysis of causal relationships"},
         {"CGP", "CGP", "paths of the chain graph"},
         {"CHE", "CHECK", "checks the assumptions of the current model"},
-        {"DEL", "DELETE", "deletes edges of the project graph"},
         {"DES", "DESCRIBE", "describes relationships of the project graph"},
         {"FOR", "FORWARD", "forward model search"},
         {"GMP", "GMP", "hypotheses from the global Markov property"},

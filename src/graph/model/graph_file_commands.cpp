@@ -99,6 +99,7 @@ bool Read_gammas(const fs::path& path) {
     }
     The_project_gammas.IJXgamma = std::move(*gammas);
     The_project_gammas.ready = true;
+    The_project_gammas.marginal = false;
     ShowMessage("Gamma values from " + name +
                 " .They may not be consistent with the current model.");
     return true;
@@ -219,8 +220,9 @@ Outcome SAVE() {
 
 /// The gammas of the current model on the GAM file, calculated first when there are none.
 void SAVE_G() {
-    if (!The_project_gammas.ready) Run_from_code("GAM");
-    if (!The_project_gammas.ready) return ShowMessage("Gamma coefficients are not ready");
+    const auto known = [] { return The_project_gammas.ready && !The_project_gammas.marginal; };
+    if (!known()) Run_from_code("GAM");
+    if (!known()) return ShowMessage("Gamma coefficients are not ready");
     const fs::path GAM = GAM_of_project();
     const std::string failure =
         Write_graph_lines(GAM, GAM_lines(The_project_gammas.IJXgamma, The_graph.model.nvar));

@@ -28,7 +28,8 @@ namespace {
 void SHOW_G() {
     const ChainGraph& graph = The_graph.model;
     std::span<const double> gammas;
-    if (The_project_gammas.ready) gammas = The_project_gammas.IJXgamma;
+    if (The_project_gammas.ready && !The_project_gammas.marginal)
+        gammas = The_project_gammas.IJXgamma;
     Write_underlined("Project graph: " + Source_line(graph));
     Write_lines(Variables_of_graph_lines(graph, Names_of_variables()));
     Write_lines(Model_lines(graph, Summarize_graph(graph, gammas)));

@@ -100,7 +100,7 @@ void Keep_gammas(const GammaMatrix& matrix, const std::vector<int>& numbers) {
     const std::size_t N = static_cast<std::size_t>(The_project.N);
     ProjectGammas& kept = The_project_gammas;
     kept.IJXgamma.assign(N * N, ProjectGammas::None);
-    kept.ready = true;
+    kept.ready = kept.marginal = true;
     for (std::size_t i = 0; i < numbers.size(); ++i)
         for (std::size_t j = i + 1; j < numbers.size(); ++j) {
             const std::size_t v = static_cast<std::size_t>(numbers[i] - 1);
@@ -145,18 +145,6 @@ Outcome CORRELATIONS() {
     return Write_gammas(variables, false, false);
 }
 
-Outcome GAMMA() {
-    if (!Has_parameter('M')) {
-        ShowMessage(
-            "Partial gammas given the project graph are not available yet. GAMMA M gives "
-            "marginal gammas");
-        return Outcome::refused;
-    }
-    std::vector<int> variables;
-    for (int v = 1; v <= The_project.N; ++v) variables.push_back(v);
-    return Write_gammas(variables, Has_parameter('O'), true);
-}
-
 std::vector<std::string> Local_gammas(const LocalHypothesis& hypothesis,
                                       const LocalResult& result) {
     if (!result.has_gamma)
@@ -179,6 +167,12 @@ bool At_least_two_variables(std::vector<int>& variables) {
     if (variables.size() >= 2) return true;
     ShowMessage("Select variables: Not enough variables");
     return false;
+}
+
+Outcome Marginal_gammas(bool odds_ratios) {
+    std::vector<int> variables;
+    for (int v = 1; v <= The_project.N; ++v) variables.push_back(v);
+    return Write_gammas(variables, odds_ratios, true);
 }
 
 void Register_gamma_commands() {
@@ -231,17 +225,6 @@ void Register_gamma_commands() {
              "listed, or of all, with one-sided p-values. Nominal variables are named and left\n"
              "out.\n\nExample: COR PEKA\n\n"
              "Refused for an unknown label and for fewer than two variables with an order."});
-    Register_command(
-        {.keyword = "GAM",
-         .run = GAMMA,
-         .needs = {NeedsProject},
-         .report = Report::opened,
-         .spelling = "GAMMA",
-         .summary = "gamma coefficients of all pairs of variables",
-         .help = "GAMMA M\nGAMMA M OR\n\n"
-                 "Marginal gammas of all pairs of binary and ordinal variables; with OR converted\n"
-                 "to generalized odds ratios, (1 + gamma) / (1 - gamma).\n\n"
-                 "GAMMA without M needs the project graph and is not available yet."});
 }
 
 }  // namespace tarven

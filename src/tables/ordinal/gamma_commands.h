@@ -2,9 +2,15 @@
 
 #include <vector>
 
+#include "shell/commands.h"
+
 namespace tarven {
 
-/// MANTEL, KAPPA, CORRELATIONS, GAMMA and the analyses L and D of TEST.
+/// MANTEL, KAPPA, CORRELATIONS, the analyses L and D of TEST, and what GAMMA M does.
+
+/// Writes and keeps the gammas of all pairs of project variables that have an order, or writes them
+/// as generalized odds ratios.
+Outcome Marginal_gammas(bool odds_ratios);
 
 /// The project variables listed on the line; false, with a message, for an unknown label or fewer
 /// than two.

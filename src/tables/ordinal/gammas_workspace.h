@@ -4,12 +4,13 @@
 
 namespace tarven {
 
-/// The gammas of all pairs of project variables, as the last GAMMA found them.
+/// The gammas of all pairs of project variables, as the last GAMMA or the GAM file gave them.
 struct ProjectGammas {
-    static constexpr double None =
-        999;                       ///< where there is no gamma: nominal variables, the diagonal
+    /// Where there is no gamma: nominal variables, the diagonal, pairs that cannot be tested.
+    static constexpr double None = 999;
     std::vector<double> IJXgamma;  ///< of variables i and j, from 1: at (i-1) * N + j-1
-    bool ready = false;            ///< until the variables change
+    bool ready = false;            ///< until the variables or the project graph change
+    bool marginal = false;         ///< of GAMMA M: they tell nothing of the project graph
 };
 
 inline ProjectGammas The_project_gammas;

@@ -89,7 +89,6 @@ TEST_F(Association, CommandsRefuseWhatTheyCannotDo) {
     EXPECT_TRUE(Has_line_with(Run({"KAP"}), "Not enough variables"));
     EXPECT_TRUE(Has_line_with(Run({"COR CS"}), "Nominal variables have no gamma coefficients: C"));
     EXPECT_TRUE(Has_line_with(Run({"COR SX"}), "Failure: COR SX"));
-    EXPECT_TRUE(Has_line_with(Run({"GAM"}), "not available yet"));
 }
 
 // Marginal gammas of survival with age and sex, and of age with sex: R 4.2.2 on the same counts.
