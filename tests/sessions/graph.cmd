@@ -24,9 +24,16 @@ SHO G MAR CA
 SHO G MAR SX
 INP G
 SHO G
+ADD SA
+GAM
+SHO G
+SAV G
+PRE SG
+SHO G
 REA titanic.grf
 Y
 REA G
+SHO G
 REA none.grf
 SAV Q
 CHD ../survey

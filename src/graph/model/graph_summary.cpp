@@ -47,7 +47,8 @@ LevelSummary Summarize_level(const ChainGraph& graph, int b, std::span<const dou
     level.cliques = found.cliques;
     for (const VariableSet clique : level.cliques) {
         (Is_fixed_clique(graph, clique, last) ? level.fixed : level.free).push_back(clique);
-        if (!gammas.empty()) level.gammas.push_back(Gamma_of_clique(graph, clique, gammas));
+        if (!gammas.empty() && Size(clique) > 1)
+            level.gammas.push_back(Gamma_of_clique(graph, clique, gammas));
     }
     return level;
 }

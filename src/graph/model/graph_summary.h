@@ -23,7 +23,7 @@ struct LevelSummary {
     /// The cliques that are generators of a log-linear model. A fixed one has nothing to estimate:
     /// each of its pairs is a fixed edge or lies among the later variables.
     SetList free, fixed;
-    std::vector<CliqueGamma> gammas;  ///< of the cliques, in their order; empty without gammas
+    std::vector<CliqueGamma> gammas;  ///< of the cliques of two or more; empty without gammas
 };
 
 /// A graph by level, block 1 first.
