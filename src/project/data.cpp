@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <functional>
 #include <new>
 
 #include "project/code_line.h"
@@ -72,19 +73,10 @@ std::string Read_cases(const CasesAtHand& cases, DataSource source, const TakeCa
     const std::vector<int> dims = Dimensions(cases.definition);
     const ProjectFiles& files = cases.files;
     switch (source) {
-        case DataSource::dataset: {
-            const auto N = static_cast<std::size_t>(cases.definition.N);
-            for (std::size_t at = 0; N > 0 && at + N <= cases.data.DATA.size(); at += N)
-                if (!take(cases.data.DATA.data() + at, 1)) break;
+        case DataSource::dataset:
+        case DataSource::tabdata:
+            Take_cases_in_memory(cases, source, std::cref(take));
             return {};
-        }
-        case DataSource::tabdata: {
-            const CellStore& store = cases.data.TABdata;
-            for (std::int64_t cell = 1; cell <= store.Ncells(); ++cell)
-                if (!take(store.Cell(cell), store.counts[static_cast<std::size_t>(cell - 1)]))
-                    break;
-            return {};
-        }
         case DataSource::sysfile: {
             LineReader file(files.SYS.path);
             return Read_SYS_cases(file, dims, take);

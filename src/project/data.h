@@ -72,6 +72,25 @@ DataSource Data_source();
 /// "Data source: TABdata in memory" and so on.
 std::string Data_source_text(DataSource source);
 
+/// Gives every case of DATA or TABdata to `take`, cells with their counts, until it returns false.
+/// A call of `take` costs nothing beyond what it does.
+template <class Take>
+void Take_cases_in_memory(const CasesAtHand& cases, DataSource source, Take take) {
+    if (source == DataSource::tabdata) {
+        const CellStore& store = cases.data.TABdata;
+        const std::uint8_t* codes = store.codes.data();
+        for (const std::int32_t count : store.counts) {
+            if (!take(codes, count)) return;
+            codes += store.N;
+        }
+        return;
+    }
+    const auto N = static_cast<std::size_t>(cases.definition.N);
+    const std::vector<std::uint8_t>& codes = cases.data.DATA;
+    for (std::size_t at = 0; N > 0 && at + N <= codes.size(); at += N)
+        if (!take(codes.data() + at, 1)) return;
+}
+
 /// Gives every case of a source to `take`, cells with their counts. What went wrong, or empty.
 std::string Read_cases(const CasesAtHand& cases, DataSource source, const TakeCase& take);
 

@@ -7,13 +7,13 @@ namespace tarven {
 
 ScoreReader::ScoreReader(const ScoreVariable& score, int N) {
     assert(N >= 1 && N <= MaxVariables && "cases are rows of the project's variables");
-    const auto columns = static_cast<std::size_t>(N);
+    columns_ = static_cast<std::size_t>(N);
     constexpr std::size_t Width = sizeof(Bytes);
+    narrow_ = columns_ < Width;
     // Where the columns are no multiple of sixteen the last part reaches back over the one before.
-    for (std::size_t at = 0; at < columns; at += Width) {
+    for (std::size_t at = 0; at < columns_; at += Width) {
         Part& part = parts_[static_cast<std::size_t>(count_++)];
-        part.length = std::min(columns, Width);
-        part.place = std::min(at, columns - part.length);
+        part.place = narrow_ ? 0 : std::min(at, columns_ - Width);
         for (std::size_t k = 0; k < Width; ++k) part.highest[k] = 255;
     }
     for (const ScoredVariable& item : score.items) {

@@ -45,43 +45,48 @@ class ScoreReader {
     /// out of range, or when the score is in no group.
     int Group(const std::uint8_t* codes) const {
         Bytes bad{}, points{};
-        for (int k = 0; k < count_; ++k) {
-            const Part& part = parts_[static_cast<std::size_t>(k)];
+        if (narrow_) {
             Bytes code{};
-            if (part.length == sizeof code)
-                std::memcpy(&code, codes + part.place, sizeof code);
-            else
-                std::memcpy(&code, codes, part.length);
-            const Bytes step = code - 1;  // a missing 0 becomes 255, which is above every limit
-            bad |= Bytes(step > part.highest);
-            points += (step ^ part.flipped) & part.used;
+            std::memcpy(&code, codes, columns_);
+            Add(code, parts_[0], bad, points);
+        } else {
+            for (const Part *part = parts_.data(), *end = part + count_; part != end; ++part) {
+                Bytes code;
+                std::memcpy(&code, codes + part->place, sizeof code);
+                Add(code, *part, bad, points);
+            }
         }
-        Halves halves;
-        std::memcpy(&halves, &bad, sizeof halves);
-        if ((halves[0] | halves[1]) != 0) return 0;
+        const auto faults = Words(bad);
+        if ((faults[0] | faults[1]) != 0) return 0;
         // The score is below 256, so sums of bytes may wrap. They are added up in lanes of two
         // bytes.
-        std::memcpy(&halves, &points, sizeof halves);
         constexpr std::uint64_t Low = 0x00FF00FF00FF00FF, Ones = 0x0001000100010001;
-        const std::uint64_t lanes =
-            (halves[0] & Low) + (halves[0] >> 8 & Low) + (halves[1] & Low) + (halves[1] >> 8 & Low);
-        const std::uint64_t sum = lanes * Ones >> 48;
+        const Words halves = (Words(points) & Low) + (Words(points) >> 8 & Low);
+        const std::uint64_t sum = (halves[0] + halves[1]) * Ones >> 48;
         return group_of_[static_cast<std::uint8_t>(sum + constant_)];
     }
 
   private:
     using Bytes [[gnu::vector_size(16)]] = std::uint8_t;
-    using Halves = std::array<std::uint64_t, 2>;
-    /// Sixteen columns of a case, or all of them when there are fewer.
+    using Words [[gnu::vector_size(16)]] = std::uint64_t;
+    /// Sixteen columns of a case.
     struct Part {
-        std::size_t place = 0;   ///< of the first column, from 0
-        std::size_t length = 0;  ///< 16, or N when there are fewer columns
-        Bytes highest{};         ///< last step of a scored column, 255 in the others
-        Bytes flipped{};         ///< 255 where steps count downwards
-        Bytes used{};            ///< 255 in the columns that this part adds up
+        Bytes highest{};        ///< last step of a scored column, 255 in the others
+        Bytes flipped{};        ///< 255 where steps count downwards
+        Bytes used{};           ///< 255 in the columns that this part adds up
+        std::size_t place = 0;  ///< of the first column, from 0
     };
+
+    static void Add(const Bytes& code, const Part& part, Bytes& bad, Bytes& points) {
+        const Bytes step = code - 1;  // a missing 0 becomes 255, which is above every limit
+        bad |= Bytes(step > part.highest);
+        points += (step ^ part.flipped) & part.used;
+    }
+
     std::array<Part, (MaxVariables + 15) / 16 + 1> parts_{};
     int count_ = 0;
+    std::size_t columns_ = 0;
+    bool narrow_ = false;         ///< a case has less than sixteen columns
     std::uint64_t constant_ = 0;  ///< what the flipped columns lack: step ^ 255 is -1 - step
     std::array<std::uint8_t, 256> group_of_{};
 };

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <bit>
 #include <cassert>
-#include <functional>
 #include <utility>
 
 #include "shell/files.h"
@@ -96,18 +95,24 @@ constexpr std::int64_t CasesBetweenQuestions = 1 << 14;
 
 /// Gives the cases to `count` until it refuses one. The failure, with no message when there is
 /// none.
+template <class Count>
 Failed Count_cases(const CasesAtHand& cases, DataSource source, const StopCheck& stop,
-                   const std::function<bool(const std::uint8_t*, std::int32_t)>& count) {
+                   Count count) {
     if (source == DataSource::none) return {.messages = {"Data is not available"}};
     if (source == DataSource::datfile && !Find_file(cases.files.DAT.path))
         return {.messages = {"FAILURE OPENING DATAFILE"}};
     bool too_many = false, stopped = false;
     std::int64_t taken = 0;
-    std::string failure = Read_cases(cases, source, [&](const std::uint8_t* codes, std::int32_t n) {
-        stopped = stop && ++taken % CasesBetweenQuestions == 0 && stop();
+    const auto take = [&](const std::uint8_t* codes, std::int32_t n) {
+        stopped = ++taken % CasesBetweenQuestions == 0 && stop && stop();
         too_many = !stopped && !count(codes, n);
         return !stopped && !too_many;
-    });
+    };
+    std::string failure;
+    if (source == DataSource::dataset || source == DataSource::tabdata)
+        Take_cases_in_memory(cases, source, take);
+    else
+        failure = Read_cases(cases, source, take);
     if (stopped) return {.messages = {"Stopped: the cases have not been counted"}, .stopped = true};
     if (too_many) failure = "The table has more cases than can be counted";
     return failure.empty() ? Failed{} : Failed{.messages = {failure}};
