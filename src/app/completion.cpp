@@ -133,6 +133,24 @@ std::optional<Completions> Letters_of_command(const ParsedLine& line) {
     return found;
 }
 
+/// COMPARE and MARGINAL behind SHOW G; nothing where no word begins so.
+std::optional<Completions> Words_of_letter(std::string_view text, const LastWord& last,
+                                           const ParsedLine& line) {
+    const std::optional<LetterCommand> command = Letter_command(line.Keyword);
+    const std::string letter = Upper(Get_word(2, text));
+    if (!command || last.number != 3 || last.text.empty() || letter.size() != 1) return {};
+    Completions found;
+    found.replaced = Letter_count(last.text);
+    for (const LetterWord* word : Letter_words(*command, letter[0])) {
+        const std::string spelled = Get_word(1, word->spelling);
+        if (word->beginning.empty() || !Begins_with(spelled, last.text)) continue;
+        found.words.push_back(spelled);
+        found.shown.push_back(fmt::format("{} {}", spelled, word->summary));
+    }
+    if (found.words.empty()) return {};
+    return found;
+}
+
 Completions Labels(const std::vector<LabelAndName>& labels, std::string_view word) {
     Completions found;
     if (word.size() == 1) return found;
@@ -158,6 +176,7 @@ Completions Completions_of(std::string_view line_before_cursor,
         if (const auto meant = Files_of_command(line.Keyword, last.number))
             return File_names(line_before_cursor, last, *meant);
         if (Files_of_command(line.Keyword, 2)) return {};
+        if (auto words = Words_of_letter(line_before_cursor, last, line)) return *words;
         if (auto letters = Letters_of_command(line)) return *letters;
     }
     return Labels(labels, line_before_cursor.substr(last.start));

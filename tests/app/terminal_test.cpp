@@ -76,6 +76,9 @@ TEST_F(Terminal, CompletesLettersThatDoNotStandYet) {
     EXPECT_EQ(std::find(rest.begin(), rest.end(), "V"), rest.end());
     EXPECT_EQ(Choices("TES OTRCJEZMFLDGK"), (Words{"Q", "P"}));
     EXPECT_EQ(Completions_of("TES OT", {}).replaced, 0);
+    EXPECT_EQ(Completions_of("SHO G c", {}).words, std::vector<std::string>{"COMPARE"});
+    EXPECT_EQ(Completions_of("SHO G c", {}).replaced, 1);
+    EXPECT_GT(Completions_of("SHO G x", {}).words.size(), 5U) << "letters of SHOW";
     EXPECT_EQ(Choices("DIS "), (Words{"I", "E", "O", "T"}));
     EXPECT_EQ(Choices("HELP exa"), Words{"EXA"});
     EXPECT_EQ(Choices("WM"), Words{}) << "what is not available yet is not offered";
