@@ -118,7 +118,7 @@ Outcome EXOGENOUS() {
         ShowMessage(message);
         return Outcome::refused;
     };
-    if (!typed.ok || typed.sets_flips)
+    if (!typed.ok)
         return refuse("Error defining exogenous variables: " +
                       std::string(Behind_keyword(The_line.CommandLine)));
     const Separated separated =

@@ -93,7 +93,7 @@ TypedVariables Read_variables_of_line(std::string_view line, const ProjectDefini
             for (int all = 1; all <= project.N; ++all) take(all, false);
         } else if (v >= 1 && v <= project.N) {
             take(v, minus);
-        } else if (typed.ok) {
+        } else if (!list.ok && typed.ok) {
             typed.ok = false;
             typed.not_understood = word;
         }

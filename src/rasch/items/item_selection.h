@@ -17,11 +17,12 @@ struct TypedVariables {
     std::vector<int> variables;  ///< project variable numbers
     std::vector<bool> flipped;   ///< parallel: a "-" stands before it
     bool sets_flips = false;     ///< a "-" stands anywhere, so the flags of all are set by the line
-    bool ok = true;              ///< false: something is no label and no number of a variable
+    bool ok = true;              ///< false: something is no label; numbers above N mean nothing
     std::string not_understood;  ///< the first of it
 };
 
-/// Reads the first 120 characters of a line behind its keyword. "#" is no variable.
+/// Reads the first 120 characters of a line behind its keyword. "#", which is no project variable,
+/// "+" and "?" are passed over.
 TypedVariables Read_variables_of_line(std::string_view line, const ProjectDefinition& project);
 
 /// The variables of a list that `others` does not hold, and the labels of those that it does.

@@ -58,6 +58,7 @@ void Start_anew() {
     The_items = {};
     The_score = {};
     Show_items_status();
+    Run_moment(Moment::items_changed);
 }
 
 }  // namespace
@@ -99,6 +100,14 @@ void Set_scored_model(const ScoredModel& scored) {
     The_items.cut = scored.request;
     Set_current_model(scored.model);
     Renew_score_of_tables();
+}
+
+void Count_scores_anew() {
+    const Result<ResponseTable> responses = Current_responses();
+    The_items.scores = responses ? Score_distribution(*responses) : ScoreDistribution();
+    The_items.scores.ready = The_items.scores.complete > 0;
+    Set_highest_item_scores(The_items.model, The_items.scores);
+    The_items.score_groups = Score_group_distribution(The_items.model.groups, The_items.scores);
 }
 
 void Set_score_groups(const CutRequest& request, const CutGroups& made) {

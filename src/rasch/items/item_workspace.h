@@ -48,6 +48,9 @@ void Set_current_model(GLLRM model);
 /// follows, and a current table that holds it is given up.
 void Set_scored_model(const ScoredModel& scored);
 
+/// Counts the scores of the cases as they are now, and the persons of the groups that stand.
+void Count_scores_anew();
+
 /// Other groups of the same scores. The model's parameters stay unless items interact with the
 /// score.
 void Set_score_groups(const CutRequest& request, const CutGroups& made);

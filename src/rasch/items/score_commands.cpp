@@ -28,6 +28,8 @@ std::string Reason_of_terms(const ScoreGrouping& groups) {
 
 Outcome CUT() {
     const Result<CutRequest> request = Read_cut(Behind_keyword(The_line.CommandLine));
+    // The data may have been read, or made, since the items were selected.
+    Count_scores_anew();
     if (!The_items.scores.ready)
         return Refuse(Failed{.messages = {"Scores are not ready", "SCORES_READY=false"}});
     if (!request) return Refuse(request.failure());
@@ -49,6 +51,7 @@ Outcome CUT() {
 }
 
 void Show_scores() {
+    Count_scores_anew();
     const Result<ResponseTable> responses = Current_responses();
     if (!responses || !The_items.scores.ready) {
         Refuse(responses ? Failed{.messages = {"Scores are not ready"}} : responses.failure());

@@ -2,10 +2,13 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "shell/commands.h"
 #include "shell/parsed_line.h"
 #include "shell/report.h"
 #include "shell/user.h"
+#include "shell/variable_lists.h"
 #include "tables/independence/independence_commands.h"
 #include "tables/ordinal/gamma_commands.h"
 #include "tables/ordinal/pseudo_gamma_report.h"
@@ -69,20 +72,57 @@ void Recode_table(const LocalHypothesis& hypothesis, const CollapsedOrder& order
                              hypothesis.Y.label, counts.Total()));
 }
 
+bool Names_the_score() {
+    return The_line.CommandLine.find('#') != std::string::npos;
+}
+
+/// The variables of the line, ScoreCode for "#"; false, with a message, when there are none.
+bool Variables_of_line(std::vector<int>& variables) {
+    if (!Names_the_score()) return At_least_two_variables(variables);
+    std::string labels;
+    for (int v = 1; v <= The_project.N; ++v)
+        labels += The_project.variables[static_cast<std::size_t>(v)].label;
+    const VariableList list = Select_list_to_variables(The_line.CommandLine, labels, true);
+    for (const int v : list.list)
+        if ((v == ScoreCode || (v >= 1 && v <= The_project.N)) &&
+            std::find(variables.begin(), variables.end(), v) == variables.end())
+            variables.push_back(v);
+    if (list.ok && variables.size() >= 2) return true;
+    ShowMessage(list.ok ? "Select variables: Not enough variables"
+                        : "Failure: " + The_line.CommandLine);
+    return false;
+}
+
+/// The two-way table of two of them, the first in the rows.
+Result<TwoWayTable> Table_of_two(const CasesAtHand& cases, int first, int second) {
+    const auto stop = [] { return Stop_asked(); };
+    if (Names_the_score()) {
+        const Result<Tabulation> made = Tabulate(
+            cases, {{Table_variable(cases, first), Table_variable(cases, second)}, {}}, stop);
+        if (!made) return made.failure();
+        return Extract_two_way(made->table, {});
+    }
+    const VariablePair pair{first, second};
+    Result<std::vector<TwoWayTable>> tables = Tables_of_pairs(cases, {&pair, 1}, stop);
+    if (!tables) return tables.failure();
+    return tables->front();
+}
+
 Outcome PGAMMA() {
     std::vector<int> variables;
-    if (!At_least_two_variables(variables)) return Outcome::refused;
+    if (!Variables_of_line(variables)) return Outcome::refused;
     if (variables.size() > 2) {
         ShowMessage("PGAMMA takes two variables: TEST G has strata as well");
         return Outcome::refused;
     }
-    LocalHypothesis hypothesis{.X = Table_variable(The_project, variables[0]),
-                               .Y = Table_variable(The_project, variables[1])};
-    const VariablePair pair{variables[0], variables[1]};
-    const auto tables =
-        Tables_of_pairs(Cases_of_project(), {&pair, 1}, [] { return Stop_asked(); });
-    if (!tables) return Refuse(tables.failure());
-    hypothesis.slices.push_back({{}, tables->front()});
+    const CasesAtHand cases = Cases_of_project();
+    LocalHypothesis hypothesis{.X = Table_variable(cases, variables[0]),
+                               .Y = Table_variable(cases, variables[1])};
+    if (std::max(hypothesis.X.DIM, hypothesis.Y.DIM) > MaxCategories)
+        return Refuse(Failed{.messages = {"too many categories for this procedure"}});
+    const Result<TwoWayTable> table = Table_of_two(cases, variables[0], variables[1]);
+    if (!table) return Refuse(table.failure());
+    hypothesis.slices.push_back({{}, *table});
     const PseudoGammaAnalysis analysis = Pseudo_gamma_with_progress(hypothesis);
     Write_lines(Pseudo_gamma_lines(hypothesis, analysis, The_settings));
     if (analysis.comparisons.empty() || analysis.stopped) return Outcome::done;
@@ -94,8 +134,8 @@ Outcome PGAMMA() {
 }
 
 /// The score takes part unless two variables are named, and it needs items.
-bool Names_variables() {
-    return The_line.ParameterCount > 0 && The_line.CommandLine.find('#') == std::string::npos;
+bool Names_what_is_there() {
+    return (The_line.ParameterCount > 0 && !Names_the_score()) || The_score.groups() > 0;
 }
 
 constexpr const char* PseudoGammaHelp =
@@ -138,7 +178,7 @@ void Register_pseudo_gamma_commands() {
         {.keyword = "PGA",
          .run = PGAMMA,
          .needs = {{[] { return The_project.N >= 2; }, "No project"},
-                   {Names_variables, "Items have not been defined"}},
+                   {Names_what_is_there, "Items have not been defined"}},
          .activity = "Pseudo gamma",
          .shows_kind_of_test = true,
          .report = Report::opened,

@@ -69,11 +69,11 @@ TEST_F(ItemCommandsTest, ARefusedSelectionLeavesNoItems) {
              {"ITE", "No items"},
              {"ITE A", "Items were not selected"},
              {"ITE AX", "\"X\" is no variable"},
-             {"ITE A#", "\"#\" is no variable"},
-             {"ITE A 77", "\"77\" is no variable"},
+             {"ITE A#", "Items were not selected"},
+             {"ITE A 77", "Items were not selected"},
              {"ITE AH", "Item scores have to be less than or equal to 7"},
              {"ITE AI", "Items have to be ordinal. These variables are nominal: I"},
-             {"ITE 99999999999999999999 A", "is no variable"}}) {
+             {"ITE 0 A", "Items were not selected"}}) {
         Run({"ITE ABC"});
         const auto lines = Run({line});
         EXPECT_TRUE(Has_line_with(lines, message)) << line << "\n" << Joined(lines);
@@ -87,9 +87,6 @@ TEST_F(ItemCommandsTest, ARefusedSelectionLeavesNoItems) {
 TEST_F(ItemCommandsTest, TheLimitsAreToldWithTheirLine) {
     Define_project(std::vector<int>(55, 2));
     Put("x.DAT", "");
-    std::string all = "ITE";
-    for (int v = 1; v <= 55; ++v) all += " " + std::to_string(v);
-    // Numbers of 55 variables take more than the columns that are read.
     const auto many = Run({"ITE *"});
     EXPECT_TRUE(Has_line_with(many, "Number of items =                                 54"));
     EXPECT_TRUE(Has_line_with(many, "55 items: too many items"));
@@ -239,6 +236,30 @@ TEST_F(ItemCommandsTest, CutKeepsWhatItRefuses) {
     EXPECT_EQ(The_score.groups(), 0);
     EXPECT_FALSE(The_items.score_groups.ready);
     EXPECT_TRUE(Has_line_with(Run({"TAB #A"}), "Scoregroups have not been defined"));
+}
+
+TEST_F(ItemCommandsTest, ScoresAreThoseOfTheDataThatAreThereNow) {
+    Define_project({3, 3, 3});
+    EXPECT_TRUE(Has_line_with(Run({"ITE ABC"}), "Scores are not ready"));
+    EXPECT_EQ(Items(), "ABC");
+    Put("x.DAT", "1 2 3\n2 2 2\n3 3 3\n");
+    Look_for_files();
+    Run({"CUT 3"});
+    EXPECT_EQ(The_items.scores.complete, 3);
+    EXPECT_EQ(The_items.score_groups.Count(1), 2);
+    Put("x.DAT", "1 2 3\n2 2 2\n3 3 3\n3 3 3\n");
+    EXPECT_TRUE(Has_line_with(Run({"SHO S"}), "4 persons, 4 with responses to all items"));
+}
+
+TEST_F(ItemCommandsTest, PseudoGammaTakesTheScore) {
+    Define_small();
+    EXPECT_TRUE(Has_line_with(Run({"PGA I#"}), "Items have not been defined"));
+    Run({"ITE ABCD", "CUT"});
+    const auto lines = Run({"PGA I#"});
+    EXPECT_TRUE(Has_line_with(lines, "#")) << Joined(lines);
+    EXPECT_FALSE(Has_line_with(lines, "Failure"));
+    EXPECT_TRUE(Has_line_with(Run({"PGA #"}), "Select variables: Not enough variables"));
+    EXPECT_TRUE(Has_line_with(Run({"PGA #X"}), "Failure: PGA #X"));
 }
 
 TEST_F(ItemCommandsTest, ATableOfTheScoreIsLostWithTheScore) {
