@@ -187,7 +187,7 @@ bool Ask_to_save_graph() {
     const Answer answer = AskYesNoCancel("Save Graph");
     if (answer == Answer::cancel) return false;
     if (answer == Answer::no) {
-        ShowMessage("Graph was not saved");  // nobody may have answered
+        Tell_unsaved_graph();  // nobody may have answered
         return true;
     }
     const std::string failure = Write_project_graph();

@@ -97,6 +97,7 @@ void Adopt_model(const ChainGraph& model, const std::string& history_line) {
     The_graph.model = model;
     The_graph.history.push_back(history_line);
     The_graph.changed = true;
+    The_graph.loss_told = false;
     The_project_gammas = {};
 }
 
@@ -130,9 +131,17 @@ std::string Incompatibility_with_project(const ChainGraph& graph) {
     return Has_blocks_of_project(graph) ? "" : "its recursive blocks are others";
 }
 
+void Tell_unsaved_graph() {
+    if (The_graph.changed && !The_graph.loss_told) ShowMessage("Graph was not saved");
+    The_graph.loss_told = true;
+}
+
 void Register_graph_workspace() {
-    for (const Moment moment : {Moment::workspace_reset, Moment::project_about_to_close})
-        At_moment(moment, "graph", [] { The_graph = {}; });
+    At_moment(Moment::workspace_reset, "graph", [] { The_graph = {}; });
+    At_moment(Moment::project_about_to_close, "graph", [] {
+        Tell_unsaved_graph();  // BAT asks nothing
+        The_graph = {};
+    });
     At_moment(Moment::variables_changed, "graph", Follow_the_variables);
 }
 

@@ -14,6 +14,7 @@ struct GraphWorkspace {
     ChainGraph original;               ///< the model as the opening, or another structure, gave it
     std::vector<std::string> history;  ///< "The model was revised: AB (ADD)", the oldest first
     bool changed = false;              ///< since it was read or saved: the exit asks to save it
+    bool loss_told = false;            ///< the exit has said that the changes are not saved
     bool file_is_whole = false;        ///< the GRF file was read to its end without a warning
 };
 
@@ -41,6 +42,9 @@ std::vector<std::string> Names_of_variables();
 
 /// Why a graph is not one of the project's variables and blocks; empty when it is.
 std::string Incompatibility_with_project(const ChainGraph& graph);
+
+/// Says, once, that a changed graph is not saved.
+void Tell_unsaved_graph();
 
 /// What becomes of the graph when variables or blocks change, and when a project closes.
 void Register_graph_workspace();

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "graph/model/graph_file.h"
@@ -227,6 +228,14 @@ TEST_F(GraphSession, TheExitAsksToSaveAChangedGraphAndCanBeCancelled) {
     The_session.QuitRequested = false;
     Run({"EXI"});
     EXPECT_TRUE(The_session.QuitRequested) << "nothing to ask";
+
+    The_session.QuitRequested = false;
+    Put("x.cmd", "ADD AB\n");
+    Run({"BAT x"});
+    const Lines said = Run({"BAT x"});
+    EXPECT_EQ(std::count(said.begin(), said.end(), "Graph was not saved"), 1) << "BAT tells it";
+    const Lines asked = Run({"OPE x", "Y", "N"});
+    EXPECT_EQ(std::count(asked.begin(), asked.end(), "Graph was not saved"), 1);
 }
 
 TEST_F(GraphSession, TheGraphFollowsItsVariables) {
