@@ -413,7 +413,10 @@ Lines Result_lines(const EstimatedGLLRM& e) {
         lines.push_back("All items are degenerate: nothing is estimated");
         return lines;
     }
-    Append_course(e, e.iteration, lines);
+    if (e.iteration.steps > 0)
+        Append_course(e, e.iteration, lines);
+    else
+        lines.push_back("All items are degenerate among complete responses");
     if (e.with_incomplete) {
         lines.push_back(fmt::format("-ln(likelihood) = {}",
                                     Field(static_cast<double>(e.iteration.neg_loglik), 10, 3)));

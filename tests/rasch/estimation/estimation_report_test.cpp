@@ -59,6 +59,21 @@ TEST_F(SmallEstimate, NamesDegenerateItems) {
                          "All items are degenerate: nothing is estimated"));
 }
 
+// Nothing to estimate from complete persons, but from those with two items of three.
+TEST_F(SmallEstimate, MayRestOnIncompleteResponsesAlone) {
+    GLLRM three = Model_of_dims({2, 2, 2});
+    for (std::size_t i = 1; i <= 3; ++i) three.items[i].highest_Item_score = 1;
+    const ResponseTable persons = Table_of_persons(
+        three, {{0, 1, 0}, {1, 0, -1}, {0, 1, -1}, {1, 0, -1}, {-1, 1, 0}, {-1, 0, 1}});
+    EstimationSettings settings;
+    settings.incomplete_responses = true;
+    const EstimatedGLLRM e = Estimate(three, persons, settings);
+    const Lines lines = Result_of(e);
+    EXPECT_TRUE(Has_line(lines, "All items are degenerate among complete responses"));
+    EXPECT_FALSE(Has_line_with(lines, "did not converge")) << Joined(lines);
+    EXPECT_EQ(e.npar, 2);
+}
+
 TEST_F(SmallEstimate, SaysWhenAllItemsHaveTheSameDIF) {
     const Lines lines = Assumed_model_lines(With_terms_of(model, "AC BC"));
     EXPECT_TRUE(Has_line(lines, "All items are biased relative to C")) << Joined(lines);
