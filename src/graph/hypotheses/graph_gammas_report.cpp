@@ -41,9 +41,10 @@ std::vector<std::string> Graph_gamma_lines(const GraphGammas& gammas, const std:
             const PairGamma* pair = at[std::min(i, j) * labels.size() + std::max(i, j)];
             if (i == j || !pair)
                 line += Right(i == j ? "." : "", Width);
+            else if (i < j)
+                line = Beside(line, Value(*pair, odds_ratios));
             else
-                line = i < j ? Beside(line, Value(*pair, odds_ratios))
-                             : line + Field(pair->tested, Width);
+                line += Field(pair->tested, Width);
         }
         line.erase(line.find_last_not_of(' ') + 1);
         lines.push_back(line);

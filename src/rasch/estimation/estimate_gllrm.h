@@ -104,23 +104,23 @@ struct EstimatedGLLRM {
     std::vector<IJinfo> IJ;
     std::vector<IXinfo> IX;
 
-    bool nothing_to_estimate = false;  ///< all items are degenerate
-    Iteration iteration;               ///< of the complete persons
+    Iteration iteration;  ///< of the complete persons
     std::optional<Iteration> with_incomplete;
     std::optional<SufficientMargins> joined_margins;    ///< of complete and useful persons
     std::optional<GLLRMParameters> initial_parameters;  ///< those of the complete persons alone
-    bool thresholds_raised = false;
 
-    bool converged = false;  ///< Delta below DeltaOfConvergence
-    bool stopped = false;    ///< by the user
     Extended Delta = 0;
-    int npar = 0;
     Extended neg_loglik = 0;
     Extended AIC = 0;
     Extended BIC = 0;
     std::int64_t persons_between = 0;  ///< n of BIC: neither score 0 nor the highest possible
-    int observed_low = 0;              ///< lowest and highest score of the persons
+    int npar = 0;
+    int observed_low = 0;  ///< lowest and highest score of the persons
     int observed_high = 0;
+    bool nothing_to_estimate = false;  ///< all items are degenerate
+    bool thresholds_raised = false;
+    bool converged = false;  ///< Delta below DeltaOfConvergence
+    bool stopped = false;    ///< by the user
 
     const Iteration& last_iteration() const {
         return with_incomplete ? *with_incomplete : iteration;

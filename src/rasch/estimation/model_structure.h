@@ -82,10 +82,12 @@ struct ScoreTable {
     explicit ScoreTable(int count, T value = {})
         : columns(count), cells(static_cast<std::size_t>(count * ItemScores), value) {}
     T& operator()(int score, int column) {
-        return cells[static_cast<std::size_t>(column * ItemScores + score)];
+        return cells[static_cast<std::size_t>(column) * std::size_t{ItemScores} +
+                     static_cast<std::size_t>(score)];
     }
     const T& operator()(int score, int column) const {
-        return cells[static_cast<std::size_t>(column * ItemScores + score)];
+        return cells[static_cast<std::size_t>(column) * std::size_t{ItemScores} +
+                     static_cast<std::size_t>(score)];
     }
     void Fill(T value) { cells.assign(cells.size(), value); }
 };

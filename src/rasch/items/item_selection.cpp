@@ -125,7 +125,7 @@ std::vector<int> Variables_of_exogenous(const GLLRM& model) {
     return variables;
 }
 
-Result<GLLRM> With_items(GLLRM model, const std::vector<int>& variables,
+Result<GLLRM> With_items(const GLLRM& model, const std::vector<int>& variables,
                          const ProjectDefinition& project,
                          const One_based<bool, MaxVariables>& flipped) {
     std::vector<std::string> reasons = Reasons_against(variables, project);

@@ -39,7 +39,7 @@ std::vector<int> Variables_of_exogenous(const GLLRM& model);
 /// The model with these variables as its items and without terms and score groups; the exogenous
 /// variables stay. Fails with fewer than two, more than 54, nominal variables of more than two
 /// categories, more than 8 categories, or a maximum score above 253.
-Result<GLLRM> With_items(GLLRM model, const std::vector<int>& variables,
+Result<GLLRM> With_items(const GLLRM& model, const std::vector<int>& variables,
                          const ProjectDefinition& project,
                          const One_based<bool, MaxVariables>& flipped);
 

@@ -12,7 +12,7 @@ namespace tarven {
 
 namespace {
 
-constexpr int RailWidth = 3;
+constexpr std::size_t RailWidth = 3;
 
 /// A vertical line in one column, from an item down to the last of the later items it depends on.
 struct Rail {
@@ -54,10 +54,10 @@ int Columns_of(const std::vector<Rail>& rails) {
 /// The rails beside item i: a corner or a crossing where a rail joins the item, and a line from the
 /// item to it.
 std::string Rails_beside(const std::vector<Rail>& rails, int i) {
-    std::string line(static_cast<std::size_t>(Columns_of(rails) * RailWidth), ' ');
+    std::string line(static_cast<std::size_t>(Columns_of(rails)) * RailWidth, ' ');
     std::size_t reach = 0;
     const auto at = [](const Rail& rail) {
-        return static_cast<std::size_t>(rail.column * RailWidth + RailWidth - 1);
+        return static_cast<std::size_t>(rail.column) * RailWidth + RailWidth - 1;
     };
     for (const Rail& rail : rails)
         if (Has_number(rail.ends, i)) reach = std::max(reach, at(rail));
@@ -134,7 +134,7 @@ std::vector<std::string> Model_picture(const GLLRM& model, const ScaleNames& nam
         longest_name = std::max(longest_name, model.ItemNo(i).name.size());
         if (!drawn) widest = std::max(widest, Named_dependences(model, i).size());
     }
-    if (drawn) widest = static_cast<std::size_t>(Columns_of(rails) * RailWidth);
+    if (drawn) widest = static_cast<std::size_t>(Columns_of(rails)) * RailWidth;
 
     std::vector<std::string> lines = {fmt::format("{} {}", names.ThetaLabel, names.Thetaname), "|"};
     for (int i = 1; i <= model.NITEMS; ++i) {

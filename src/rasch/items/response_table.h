@@ -18,7 +18,9 @@ struct ResponseTable {
     std::vector<std::uint8_t> codes;
     std::vector<std::int32_t> counts;  ///< of pattern p, above 0
 
-    std::size_t width() const { return static_cast<std::size_t>(NITEMS + NEXOGENE); }
+    std::size_t width() const {
+        return static_cast<std::size_t>(NITEMS) + static_cast<std::size_t>(NEXOGENE);
+    }
     std::size_t size() const { return counts.size(); }
     const std::uint8_t* Scores(std::size_t p) const { return codes.data() + p * width(); }
     const std::uint8_t* Exo(std::size_t p) const {

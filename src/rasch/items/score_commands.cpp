@@ -20,7 +20,7 @@ std::string Reason_of_terms(const ScoreGrouping& groups) {
     GLLRM model = The_items.model;
     model.groups = groups;
     for (const ModelTerm& term : Terms_of(model)) {
-        const std::string reason = Reason_against(model, term);
+        std::string reason = Reason_against(model, term);
         if (!reason.empty()) return reason;
     }
     return {};
