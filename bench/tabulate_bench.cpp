@@ -63,6 +63,29 @@ void Tabulate_from(benchmark::State& state, DataSource source) {
     state.counters["cells"] = static_cast<double>(The_data.TABdata.Ncells());
 }
 
+/// Variables 1 to 3 of a table of four, with the score of all twelve variables in six groups in
+/// front or variable 4 behind: what "#" costs.
+void Tabulate_score(benchmark::State& state, DataSource source, bool with_score) {
+    Make_cases();
+    ScoreVariable score;
+    for (int v = 1; v <= The_project.N; ++v) score.items.push_back({v, dims[v - 1], v % 3 == 0});
+    for (int s = 0; s <= MaxTotalScore; ++s)
+        score.group_of.push_back(static_cast<std::uint8_t>(std::min(1 + s / 4, 6)));
+    score.group_names.assign(6, "group");
+    CasesAtHand at_hand = Cases_of_project();
+    const CasesAtHand cases_with{at_hand.definition, at_hand.data, at_hand.files, at_hand.Nused,
+                                 &score};
+    TableRequest request;
+    if (with_score) request.variables.push_back(Table_variable(cases_with, 255));
+    for (int v = 1; v <= (with_score ? 3 : 4); ++v)
+        request.variables.push_back(Table_variable(cases_with, v));
+    for (auto _ : state) {
+        const auto made = Tabulate(cases_with, source, request);
+        if (!made) state.SkipWithError("no table");
+        benchmark::DoNotOptimize(made->table.cells.data());
+    }
+}
+
 ContingencyTable Large_table() {
     std::vector<TableVariable> variables(8);
     for (TableVariable& v : variables) v.DIM = 6;
@@ -92,6 +115,10 @@ void Margins_cell_by_cell(benchmark::State& state) {
 
 BENCHMARK_CAPTURE(Tabulate_from, cases, DataSource::dataset)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Tabulate_from, cell_store, DataSource::tabdata)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Tabulate_score, plain_cases, DataSource::dataset, false)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Tabulate_score, score_of_cases, DataSource::dataset, true)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(Margins_of_a_large_table)->Unit(benchmark::kMillisecond);
 BENCHMARK(Margins_cell_by_cell)->Unit(benchmark::kMillisecond);
 

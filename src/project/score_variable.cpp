@@ -5,6 +5,13 @@
 
 namespace tarven {
 
+ScoreReader::Place ScoreReader::Place_of(std::size_t column) const {
+    constexpr std::size_t Width = sizeof(Bytes), Half = Width / 2;
+    if (narrow_ && columns_ >= Half) return {0, column < Half ? column : column + Width - columns_};
+    const std::size_t part = std::min(column / Width, static_cast<std::size_t>(count_ - 1));
+    return {part, column - parts_[part].place};
+}
+
 ScoreReader::ScoreReader(const ScoreVariable& score, int N) {
     assert(N >= 1 && N <= MaxVariables && "cases are rows of the project's variables");
     columns_ = static_cast<std::size_t>(N);
@@ -18,10 +25,8 @@ ScoreReader::ScoreReader(const ScoreVariable& score, int N) {
     }
     for (const ScoredVariable& item : score.items) {
         assert(item.variable >= 1 && item.variable <= N && item.dim >= 1);
-        const auto column = static_cast<std::size_t>(item.variable - 1);
-        const std::size_t k = std::min(column / Width, static_cast<std::size_t>(count_ - 1));
+        const auto [k, at] = Place_of(static_cast<std::size_t>(item.variable - 1));
         Part& part = parts_[k];
-        const std::size_t at = column - part.place;
         part.highest[at] = static_cast<std::uint8_t>(item.dim - 1);
         part.used[at] = 255;
         part.flipped[at] = item.flipped ? 255 : 0;

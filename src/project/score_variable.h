@@ -46,9 +46,7 @@ class ScoreReader {
     int Group(const std::uint8_t* codes) const {
         Bytes bad{}, points{};
         if (narrow_) {
-            Bytes code{};
-            std::memcpy(&code, codes, columns_);
-            Add(code, parts_[0], bad, points);
+            Add(Narrow_case(codes), parts_[0], bad, points);
         } else {
             for (const Part *part = parts_.data(), *end = part + count_; part != end; ++part) {
                 Bytes code;
@@ -76,6 +74,26 @@ class ScoreReader {
         Bytes used{};           ///< 255 in the columns that this part adds up
         std::size_t place = 0;  ///< of the first column, from 0
     };
+
+    /// A case of less than sixteen columns: two words that overlap, or the columns one by one.
+    Bytes Narrow_case(const std::uint8_t* codes) const {
+        Words words{};
+        if (columns_ >= sizeof words[0]) {
+            std::uint64_t first, last;
+            std::memcpy(&first, codes, sizeof first);
+            std::memcpy(&last, codes + columns_ - sizeof last, sizeof last);
+            words = Words{first, last};
+            return Bytes(words);
+        }
+        Bytes code{};
+        for (std::size_t k = 0; k < columns_; ++k) code[k] = codes[k];
+        return code;
+    }
+    /// Where a column stands in the parts, and in that part.
+    struct Place {
+        std::size_t part = 0, at = 0;
+    };
+    Place Place_of(std::size_t column) const;
 
     static void Add(const Bytes& code, const Part& part, Bytes& bad, Bytes& points) {
         const Bytes step = code - 1;  // a missing 0 becomes 255, which is above every limit
