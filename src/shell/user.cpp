@@ -1,5 +1,6 @@
 #include "shell/user.h"
 
+#include <algorithm>
 #include <cassert>
 
 #include "shell/command_stream.h"
@@ -43,6 +44,8 @@ void Draw_progress(std::int64_t position) {
     if (!The_user.user.progress || !The_user.progress_shown ||
         std::this_thread::get_id() != The_user.progress_thread)
         return;
+    // A step may be asked more than once where nobody knew before how long it would be.
+    position = std::min(position, The_user.progress_end);
     const std::int64_t interval = The_user.progress_end / ProgressDraws + 1;
     if (position / interval != The_user.progress_drawn / interval || position == 0) {
         The_user.progress_drawn = position;

@@ -8,6 +8,9 @@ namespace tarven {
 
 namespace {
 
+/// Below this many open vertices a search for the best pivot costs more than it saves.
+constexpr int FewOpen = 10;
+
 /// The search below one vertex. Vertices of `open` may still join the set, those of `closed` could
 /// have joined it but their cliques have been found.
 class CliqueSearch {
@@ -17,83 +20,81 @@ class CliqueSearch {
         std::copy(neighbours.entries.begin() + 1, neighbours.entries.end(), neighbours_.begin());
     }
 
-    /// Finds every clique that holds `set`, members of `open` and none of `closed`.
-    void Extend(VariableSet set, VariableSet open, VariableSet closed) {
+    /// Finds every clique that holds `set`, of `size` members, members of `open` and none of
+    /// `closed`.
+    void Extend(VariableSet set, std::size_t size, VariableSet open, VariableSet closed) {
         if (open == 0) {
-            if (closed == 0) Found(set);
+            if (closed == 0) Found(set, size);
             return;
         }
-        VariableSet branches = open & ~Neighbours_of_pivot(open, closed);
-        while (branches != 0 && !full_) {
+        VariableSet branches = Branches(open, closed);
+        while (branches != 0 && count_ <= most_) {
             const VariableSet one = branches & (~branches + 1);
-            const VariableSet near = neighbours_[static_cast<std::size_t>(Lowest(one) - 1)];
-            Extend(set | one, open & near, closed & near);
+            const VariableSet near = Near(one);
+            Extend(set | one, size + 1, open & near, closed & near);
             open &= ~one;
             closed |= one;
             branches &= ~one;
         }
     }
 
-    SetList found;
-    bool full() const { return full_; }
+    std::size_t count() const { return count_; }  ///< at most one more than the most
 
-  private:
-    void Found(VariableSet set) {
-        if (found.size() == most_)
-            full_ = true;
-        else
-            found.push_back(set);
+    /// Larger sets first, sets of one size in lexicographic order.
+    SetList In_order() {
+        SetList all;
+        all.reserve(count_);
+        for (auto sets = by_size_.rbegin(); sets != by_size_.rend(); ++sets) {
+            std::sort(sets->begin(), sets->end(), [](VariableSet a, VariableSet b) {
+                // Of two sets of one size that goes first which holds the lowest difference.
+                const VariableSet difference = a ^ b;
+                return (a & difference & (~difference + 1)) != 0;
+            });
+            all.insert(all.end(), sets->begin(), sets->end());
+        }
+        return all;
     }
 
-    /// Every clique below holds the pivot or a vertex that is no neighbour of it, so that only the
-    /// latter need a branch each. The pivot with the most neighbours in `open` leaves the fewest.
-    VariableSet Neighbours_of_pivot(VariableSet open, VariableSet closed) const {
-        VariableSet best = 0;
-        int most = -1;
-        const int all = Size(open);
-        // All of `open` near a closed vertex: nothing below is maximal. A vertex of `open` is no
-        // neighbour of itself and leaves one branch at least.
-        for (auto [rest, reach] : {std::pair{closed, all}, std::pair{open, all - 1}}) {
-            for (; rest != 0; rest &= rest - 1) {
-                const VariableSet near = neighbours_[static_cast<std::size_t>(Lowest(rest) - 1)];
-                const int size = Size(near & open);
-                if (size <= most) continue;
-                most = size;
-                best = near;
-                if (size == reach) return best;
+  private:
+    void Found(VariableSet set, std::size_t size) {
+        if (++count_ <= most_) by_size_[size].push_back(set);
+    }
+
+    /// Neighbours of the lowest vertex of a set.
+    VariableSet Near(VariableSet set) const {
+        return neighbours_[static_cast<std::size_t>(Lowest(set) - 1)];
+    }
+
+    /// The open vertices of which every clique below holds one at least: all but the neighbours of
+    /// a pivot, which is one of them itself or closed. None when a closed vertex is a neighbour of
+    /// all open ones, since then nothing below is maximal.
+    VariableSet Branches(VariableSet open, VariableSet closed) const {
+        for (VariableSet rest = closed; rest != 0; rest &= rest - 1)
+            if ((open & ~Near(rest)) == 0) return 0;
+        VariableSet best = open & ~Near(open);
+        if (Size(open) < FewOpen) return best;
+        int fewest = Size(best);
+        for (VariableSet rest = open | closed; rest != 0 && fewest > 1; rest &= rest - 1) {
+            const VariableSet branches = open & ~Near(rest);
+            if (const int size = Size(branches); size < fewest) {
+                fewest = size;
+                best = branches;
             }
         }
         return best;
     }
 
     std::array<VariableSet, MaxVariables> neighbours_;  ///< of variable v at v-1
+    std::array<SetList, MaxVariables + 1> by_size_;
     std::size_t most_;
-    bool full_ = false;
+    std::size_t count_ = 0;
 };
-
-/// Larger sets first, sets of one size in lexicographic order.
-void Sort_as_levels_do(SetList& sets) {
-    std::sort(sets.begin(), sets.end(), [](VariableSet a, VariableSet b) {
-        return Size(a) != Size(b) ? Size(a) > Size(b) : Lexicographically_before(a, b);
-    });
-}
 
 VariableSet Universal_vertices(const UndirectedGraph& graph) {
     VariableSet universal = 0;
     for (const int v : Members(graph.vertices))
         if (Is_subset(graph.vertices & ~Only(v), graph.Neighbours(v))) universal |= Only(v);
     return universal;
-}
-
-/// The vertex of `left` with the fewest neighbours in `left`.
-int Vertex_of_lowest_degree(const UndirectedGraph& graph, VariableSet left) {
-    int best = 0, fewest = MaxVariables + 1;
-    for (const int v : Members(left))
-        if (const int degree = Size(graph.Neighbours(v) & left); degree < fewest) {
-            best = v;
-            fewest = degree;
-        }
-    return best;
 }
 
 }  // namespace
@@ -109,22 +110,20 @@ CliqueList FindCliques(const UndirectedGraph& graph, int m) {
     for (const int v : Members(earlier))
         if (rest.Neighbours(v) == 0) isolated |= Only(v);
 
-    // Each clique is found below that of its earlier members which comes first.
+    // Each clique is found below the lowest of its earlier members.
     CliqueSearch search(rest.neighbours, MaxCliques);
     VariableSet done = isolated;
-    for (VariableSet left = earlier & ~isolated; left != 0 && !search.full();) {
-        const int v = Vertex_of_lowest_degree(rest, left);
+    for (const int v : Members(earlier & ~isolated)) {
         const VariableSet near = rest.Neighbours(v);
-        search.Extend(Only(v), near & ~done, near & done);
+        search.Extend(Only(v), 1, near & ~done, near & done);
         done |= Only(v);
-        left &= ~Only(v);
+        if (search.count() > MaxCliques) return {.cliques = {}, .complete = false};
     }
-    SetList& found = search.found;
-    Sort_as_levels_do(found);
+    SetList found = search.In_order();
     const auto holds_later = [later](VariableSet set) { return Is_subset(later, set); };
     if (later != 0 && std::none_of(found.begin(), found.end(), holds_later)) found.push_back(later);
     for (const int v : Members(isolated)) found.push_back(Only(v));
-    if (search.full() || found.size() > MaxCliques) return {.cliques = {}, .complete = false};
+    if (found.size() > MaxCliques) return {.cliques = {}, .complete = false};
     for (VariableSet& set : found) set |= universal;
     return {.cliques = std::move(found)};
 }

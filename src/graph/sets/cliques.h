@@ -31,9 +31,9 @@ struct CliqueList {
 /// vertex makes none.
 ///
 /// Method: Bron and Kerbosch (1973), CACM 16, 575-577, on words, with the pivot of Tomita, Tanaka
-/// and Takahashi (2006), TCS 363, 28-42; the outer loop runs in order of degeneracy (Eppstein,
-/// Loffler and Strash 2010). Cost: vertices times sets on the road to the cliques, at most
-/// 3^(n/3) of n vertices; it ends as soon as there is one clique too many.
+/// and Takahashi (2006), TCS 363, 28-42, where many vertices are open, and the next best where few
+/// are. Cost: at most some 3^(n/3) steps for n vertices; it ends as soon as there is one clique too
+/// many.
 CliqueList FindCliques(const UndirectedGraph& graph, int m);
 /// Of a graph without later variables.
 CliqueList FindCliques(const UndirectedGraph& graph);
