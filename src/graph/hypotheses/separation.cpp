@@ -46,17 +46,22 @@ Hypothesis Separation_hypothesis(int i, int j, VariableSet separator) {
     return row;
 }
 
-SeparationList Separate(const ChainGraph& graph, std::span<const std::pair<int, int>> pairs) {
+SeparationList Separate_pairs(std::span<const std::pair<int, int>> pairs,
+                              const std::function<Separators(int, int)>& find,
+                              const StopCheck& stop) {
     SeparationList list;
     list.too_many_pairs = pairs.size() > MaxPairs;
-    const SeparationGraphs graphs = Separation_graphs(graph);
     for (const auto& [one, other] : pairs.first(std::min(pairs.size(), MaxPairs))) {
         if (list.rows.size() == MaxHypotheses) {
             list.incomplete = true;
             break;
         }
+        if (stop && stop()) {
+            list.stopped = true;
+            break;
+        }
         const int i = std::min(one, other), j = std::max(one, other);
-        const Separators found = Separators_of_pair(graphs, i, j);
+        const Separators found = find(i, j);
         const std::size_t count = std::min(found.sets.size(), MaxHypotheses - list.rows.size());
         list.pairs.push_back({.i = i,
                               .j = j,
@@ -69,6 +74,13 @@ SeparationList Separate(const ChainGraph& graph, std::span<const std::pair<int, 
         if (count < found.sets.size()) list.incomplete = true;
     }
     return list;
+}
+
+SeparationList Separate(const ChainGraph& graph, std::span<const std::pair<int, int>> pairs,
+                        const StopCheck& stop) {
+    const SeparationGraphs graphs = Separation_graphs(graph);
+    return Separate_pairs(
+        pairs, [&](int i, int j) { return Separators_of_pair(graphs, i, j); }, stop);
 }
 
 }  // namespace tarven

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <span>
 #include <utility>
 #include <vector>
 
 #include "graph/model/chain_graph.h"
 #include "graph/sets/separators.h"
+#include "shell/stop_check.h"
 #include "tables/independence/hypotheses.h"
 
 namespace tarven {
@@ -54,10 +56,18 @@ struct SeparationList {
     std::vector<SeparatedPair> pairs;  ///< those that were taken
     bool too_many_pairs = false;       ///< only the first MaxPairs were taken
     bool incomplete = false;           ///< the list was full before the last row of the last pair
+    bool stopped = false;              ///< by the stop check: pairs are left out
 };
 
+/// The rows of pairs that `find` separates; it is given i < j. The run ends with the pair that
+/// fills the list. `stop` is asked before each pair.
+SeparationList Separate_pairs(std::span<const std::pair<int, int>> pairs,
+                              const std::function<Separators(int i, int j)>& find,
+                              const StopCheck& stop = {});
+
 /// SEPARATE: the rows of every pair. A pair is given in either order, its variables are different
-/// and of the graph. The run ends with the pair that fills the list.
-SeparationList Separate(const ChainGraph& graph, std::span<const std::pair<int, int>> pairs);
+/// and of the graph.
+SeparationList Separate(const ChainGraph& graph, std::span<const std::pair<int, int>> pairs,
+                        const StopCheck& stop = {});
 
 }  // namespace tarven
