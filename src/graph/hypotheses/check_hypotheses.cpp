@@ -25,7 +25,12 @@ CheckHypotheses Generate_check_hypotheses(const ChainGraph& graph, const StopChe
             if (kept == found.sets.size()) ++of.whole;
             if (!found.smallest && kept > 0)
                 made.not_smallest.push_back(
-                    {i, j, first, kept, false, found.too_many_partial_paths});
+                    {.i = i,
+                     .j = j,
+                     .first = first,
+                     .count = kept,
+                     .smallest = false,
+                     .too_many_partial_paths = found.too_many_partial_paths});
             of.count += found.sets.size();
             made.generated += found.sets.size();
         }

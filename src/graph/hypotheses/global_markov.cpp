@@ -22,12 +22,8 @@ UndirectedGraph Global_markov_graph(const ChainGraph& graph, int i, int j,
 
 SeparationList GlobalMarkov(const ChainGraph& graph, std::span<const std::pair<int, int>> pairs,
                             GlobalMarkovVariant variant, const StopCheck& stop) {
-    const auto separate = [&](int i, int j) {
-        const UndirectedGraph moral = Global_markov_graph(graph, i, j, variant);
-        return moral.Degree(i) > moral.Degree(j) ? FindSeparators(moral, j, i)
-                                                 : FindSeparators(moral, i, j);
-    };
-    return Separate_pairs(pairs, separate, stop);
+    return Separate_pairs(
+        pairs, [&](int i, int j) { return Global_markov_graph(graph, i, j, variant); }, stop);
 }
 
 }  // namespace tarven

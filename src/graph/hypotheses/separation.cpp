@@ -33,10 +33,13 @@ UndirectedGraph Separation_graph(const SeparationGraphs& graphs, int i, int j) {
     return InducedSubgraph(regression, regression.vertices & ~(no_parents & ~Only(j)));
 }
 
-Separators Separators_of_pair(const SeparationGraphs& graphs, int i, int j) {
-    const UndirectedGraph graph = Separation_graph(graphs, i, j);
+Separators Separators_in(const UndirectedGraph& graph, int i, int j) {
     return graph.Degree(i) > graph.Degree(j) ? FindSeparators(graph, j, i)
                                              : FindSeparators(graph, i, j);
+}
+
+Separators Separators_of_pair(const SeparationGraphs& graphs, int i, int j) {
+    return Separators_in(Separation_graph(graphs, i, j), i, j);
 }
 
 Hypothesis Separation_hypothesis(int i, int j, VariableSet separator) {
@@ -47,7 +50,7 @@ Hypothesis Separation_hypothesis(int i, int j, VariableSet separator) {
 }
 
 SeparationList Separate_pairs(std::span<const std::pair<int, int>> pairs,
-                              const std::function<Separators(int, int)>& find,
+                              const std::function<UndirectedGraph(int, int)>& graph_of,
                               const StopCheck& stop) {
     SeparationList list;
     list.too_many_pairs = pairs.size() > MaxPairs;
@@ -61,12 +64,16 @@ SeparationList Separate_pairs(std::span<const std::pair<int, int>> pairs,
             break;
         }
         const int i = std::min(one, other), j = std::max(one, other);
-        const Separators found = find(i, j);
+        const UndirectedGraph graph = graph_of(i, j);
+        const Separators found = Separators_in(graph, i, j);
+        const VariableSet common = graph.Neighbours(i) & graph.Neighbours(j);
         const std::size_t count = std::min(found.sets.size(), MaxHypotheses - list.rows.size());
         list.pairs.push_back({.i = i,
                               .j = j,
                               .first = list.rows.size(),
                               .count = count,
+                              .common = common,
+                              .others = found.size - Size(common),
                               .smallest = found.smallest,
                               .too_many_partial_paths = found.too_many_partial_paths});
         for (std::size_t k = 0; k < count; ++k)
@@ -80,7 +87,7 @@ SeparationList Separate(const ChainGraph& graph, std::span<const std::pair<int, 
                         const StopCheck& stop) {
     const SeparationGraphs graphs = Separation_graphs(graph);
     return Separate_pairs(
-        pairs, [&](int i, int j) { return Separators_of_pair(graphs, i, j); }, stop);
+        pairs, [&](int i, int j) { return Separation_graph(graphs, i, j); }, stop);
 }
 
 }  // namespace tarven

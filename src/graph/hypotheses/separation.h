@@ -34,8 +34,7 @@ SeparationGraphs Separation_graphs(const ChainGraph& graph);
 /// variables that are no parents of the block. j takes part in any case.
 UndirectedGraph Separation_graph(const SeparationGraphs& graphs, int i, int j);
 
-/// What separates i and j, i < j. The search goes from the end of smaller degree, from i where they
-/// are equal. An edge between them is ignored.
+/// What separates i and j, i < j, in that graph. An edge between them is ignored.
 Separators Separators_of_pair(const SeparationGraphs& graphs, int i, int j);
 
 /// The row (i, j | Z) over the project's variables; all others are excluded.
@@ -43,10 +42,12 @@ Hypothesis Separation_hypothesis(int i, int j, VariableSet separator);
 
 /// One pair of a run.
 struct SeparatedPair {
-    int i = 0, j = 0;       ///< i < j
-    std::size_t first = 0;  ///< of its rows in the list, from 0
-    std::size_t count = 0;  ///< how many of them the list holds
-    bool smallest = true;   ///< false: separated by neighbours, since the search met a limit
+    int i = 0, j = 0;        ///< i < j
+    std::size_t first = 0;   ///< of its rows in the list, from 0
+    std::size_t count = 0;   ///< how many of them the list holds
+    VariableSet common = 0;  ///< their common neighbours, which every set holds
+    int others = 0;          ///< how many other variables each of the sets holds
+    bool smallest = true;    ///< false: separated by neighbours, since the search met a limit
     bool too_many_partial_paths = false;
 };
 
@@ -59,10 +60,14 @@ struct SeparationList {
     bool stopped = false;              ///< by the stop check: pairs are left out
 };
 
-/// The rows of pairs that `find` separates; it is given i < j. The run ends with the pair that
-/// fills the list. `stop` is asked before each pair.
+/// The smallest sets that separate i and j in `graph`, whatever joins them directly. The search
+/// goes from the end of smaller degree, from i where they are equal.
+Separators Separators_in(const UndirectedGraph& graph, int i, int j);
+
+/// The rows of pairs in the graphs that `graph_of` gives for them; it is given i < j. The run ends
+/// with the pair that fills the list. `stop` is asked before each pair.
 SeparationList Separate_pairs(std::span<const std::pair<int, int>> pairs,
-                              const std::function<Separators(int i, int j)>& find,
+                              const std::function<UndirectedGraph(int i, int j)>& graph_of,
                               const StopCheck& stop = {});
 
 /// SEPARATE: the rows of every pair. A pair is given in either order, its variables are different

@@ -52,22 +52,17 @@ void Register_graph_commands() {
         {"CHE", "CHECK", "checks the assumptions of the current model"},
         {"DES", "DESCRIBE", "describes relationships of the project graph"},
         {"FOR", "FORWARD", "forward model search"},
-        {"GMP", "GMP", "hypotheses from the global Markov property"},
         {"GRA", "GRAPH", "enters graph mode"},
-        {"GTE", "GTEST", "tests hypotheses of the project graph"},
         {"MOD", "MODEL", "model search"},
         {"MPL", "MPLUS", "exports data and a model"},
         {"NAI", "NAIVE", "naive screening of the data"},
         {"NOD", "NODECOLOR", "colours nodes of the project graph"},
         {"PAT", "PATH", "paths between variables of the project graph"},
-        {"RED", "REDUCE", "reduces hypotheses by the project graph"},
-        {"REL", "RELEVANCE", "relevant variables of a hypothesis"},
         {"SCR",
          "SCREEN",
          "screens the data for a first model",
          {Never("This command requires at least three items", 'I'),
           Never("Sceening of effects on the score requires exogenous variables", 'E')}},
-        {"SEP", "SEPARATE", "separation hypotheses of the project graph"},
     });
     Register_commands_of_graph_mode();
     Register_letters();

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <new>
 
 #include "shell/parsed_line.h"
 #include "shell/report.h"
@@ -202,14 +203,25 @@ void Test_list(const TestedList& list, TestOptions options) {
         Run_global_analyses(list, options);
 }
 
+bool Has_table_hypotheses() {
+    return The_table.table_ready && !The_hypotheses.list.empty() &&
+           The_hypotheses.scope == HypothesisScope::table;
+}
+
+/// Letters are options of table hypotheses where there are any; everything else names pairs of the
+/// project graph.
 Outcome TEST() {
-    if (!Valid_test_parameters(The_line)) {
-        if (The_test_analyses.graph_tests) return The_test_analyses.graph_tests();
-        ShowMessage(
-            fmt::format("\"{}\" does not define a test: no hypotheses relating to the graph",
-                        The_line.CommandLine));
+    const bool letters = Valid_test_parameters(The_line);
+    if (Has_table_hypotheses() && letters) return Run_tests();
+    if (The_line.ParameterCount > 0) {
+        if (The_test_analyses.graph_tests && The_test_analyses.graph_tests()) return Outcome::done;
+        ShowMessage("\"" + The_line.CommandLine +
+                    (letters ? "\" does not define a proper test: no table hypotheses"
+                             : "\" does not define a test: no hypotheses relating to the graph"));
         return Outcome::refused;
     }
+    if (!The_hypotheses.list.empty() && The_hypotheses.scope == HypothesisScope::graph)
+        return Test_project_hypotheses(The_hypotheses);
     return Run_tests();
 }
 
@@ -231,6 +243,11 @@ Outcome CHOOSE() {
     }
     const std::size_t k = static_cast<std::size_t>(number - 1);
     const bool of_table = The_hypotheses.scope == HypothesisScope::table;
+    if (const std::string why = of_table ? "" : Incompatibility_of_list(The_hypotheses);
+        !why.empty()) {
+        ShowMessage(why);
+        return Outcome::refused;
+    }
     const OwnTable own = of_table ? Own_table(The_hypotheses.list[k], The_table.table)
                                   : Own_table(The_hypotheses.list[k], The_project);
     const auto of_no_project = [](const TableVariable& v) { return v.number == 0; };
@@ -246,12 +263,8 @@ Outcome CHOOSE() {
     HypothesisWorkspace one;
     Fill_hypotheses(one, {own.row}, HypothesisScope::table, The_table.table.labels());
     Test_list({The_table.table, one}, {});
-    if (of_table) {
-        The_hypotheses = std::move(one);
-    } else {  // a list of the graph does not rest on the table and keeps its rows
-        The_hypotheses.results[k] = one.results[0];
-        The_hypotheses.list[k].Kind = one.list[0].Kind;
-    }
+    // A list of the graph does not rest on the table and keeps its rows, all of one run.
+    if (of_table) The_hypotheses = std::move(one);
     return Outcome::done;
 }
 
@@ -324,12 +337,53 @@ RunControl Progress_of(const TestSettings& settings) {
             [] { return StepProgress(); }, [] { HideProgress(); }, The_session.jobs};
 }
 
-Outcome Run_tests() {
-    if (The_line.ParameterCount > 0 && (!The_table.table_ready || The_hypotheses.list.empty())) {
-        ShowMessage(fmt::format("\"{}\" does not define a proper test: no table hypotheses",
-                                The_line.CommandLine));
+std::string Incompatibility_of_list(const HypothesisWorkspace& hypotheses) {
+    std::string labels;
+    for (int v = 1; v <= The_project.N; ++v)
+        labels += The_project.variables[static_cast<std::size_t>(v)].label;
+    return labels == hypotheses.labels ? "" : "Graphs are not compatible.";
+}
+
+Outcome Test_project_hypotheses(HypothesisWorkspace& h) {
+    if (const std::string why = Incompatibility_of_list(h); !why.empty()) {
+        ShowMessage(why);
         return Outcome::refused;
     }
+    Write_report(fmt::format("Testing {} {}", h.list.size(),
+                             h.list.size() == 1 ? "hypothesis" : "hypotheses"));
+    std::vector<TestedInOwnTable> tested;
+    try {
+        tested = Test_in_own_tables(Cases_of_project(), h.list, The_settings, The_stream,
+                                    Progress_of(The_settings));
+    } catch (const std::bad_alloc&) {
+        ShowMessage("Cheap_BigTest failure");
+        return Outcome::refused;
+    }
+    h.settings = The_settings;
+    h.tested = true;
+    std::vector<TestedHypothesis> outcomes;
+    std::vector<std::string> labels;
+    std::vector<SummaryRow> rows;
+    for (std::size_t k = 0; k < tested.size(); ++k) {
+        outcomes.push_back(tested[k].outcome);
+        labels.push_back(Hypothesis_label(h.list[k], h.labels));
+        Store(h, k, outcomes[k]);
+        rows.push_back({.label = labels[k],
+                        .result = outcomes[k].row,
+                        .has_gamma = outcomes[k].has_gamma,
+                        .cases = outcomes[k].cases});
+        Write_lines(tested[k].messages.empty()
+                        ? Remarks(outcomes[k], labels[k])
+                        : Test_failure_lines(k + 1, labels[k], tested[k].messages));
+    }
+    const RejectionLimits limits =
+        Rejection_limits(Collect_p_values(h.list, h.results, h.settings).p);
+    Write_lines(exa_summary1(rows, limits, h.settings));
+    Write_lines(Stopped_lines(outcomes, labels, h.settings));
+    return Outcome::done;
+}
+
+Outcome Run_tests() {
     if (!The_table.table_ready) {
         ShowMessage("No table");
         return Outcome::refused;

@@ -6,11 +6,12 @@
 
 #include "shell/commands.h"
 #include "tables/independence/hypothesis_run.h"
+#include "tables/independence/hypothesis_workspace.h"
 #include "tables/independence/local_engine.h"
 
 namespace tarven {
 
-/// TEST and CHOOSE on the current table.
+/// TEST and CHOOSE.
 
 /// The analyses that TEST runs by its letters after the local test of a hypothesis. An empty one
 /// answers that it is not available yet. Each returns the lines of its report.
@@ -22,8 +23,9 @@ struct TestAnalyses {
     TestAnalysis pseudo_gamma;  ///< G
     TestAnalysis collapse;      ///< K
     TestAnalysis power_series;  ///< Q, two-way tables
-    /// TEST with a list of variables: hypotheses of the project graph.
-    std::function<Outcome()> graph_tests;
+    /// TEST with parameters that are no letters of a test of table hypotheses: hypotheses of the
+    /// project graph. False when the parameters name no pair of it; nothing is said then.
+    std::function<bool()> graph_tests;
 };
 
 inline TestAnalyses The_test_analyses;
@@ -34,6 +36,14 @@ RunControl Progress_of(const TestSettings& settings);
 /// TEST: tests the list of hypotheses on the current table by the letters of The_line, stores the
 /// rows and writes the report.
 Outcome Run_tests();
+
+/// Tests a list over the project's variables globally, each hypothesis on the cases that it needs,
+/// with the settings of the workspace; stores its rows and writes the report. The current table
+/// takes no part.
+Outcome Test_project_hypotheses(HypothesisWorkspace& hypotheses);
+
+/// Why a list over the project's variables cannot be tested or chosen from; empty when it can.
+std::string Incompatibility_of_list(const HypothesisWorkspace& hypotheses);
 
 void Register_independence_commands();
 

@@ -177,6 +177,14 @@ std::vector<std::string> Remarks(const TestedHypothesis& outcome, const std::str
     return lines;
 }
 
+std::vector<std::string> Test_failure_lines(std::size_t number, const std::string& label,
+                                            const std::vector<std::string>& why) {
+    std::vector<std::string> lines{
+        fmt::format("Hypothesis no. {}  {}: test failure", number, label)};
+    for (const std::string& line : why) lines.push_back("  " + line);
+    return lines;
+}
+
 namespace {
 
 /// "4, 7-9": the numbers, from 1, of the hypotheses not reached.

@@ -44,6 +44,10 @@ std::string brief_single_exa_summary(const SummaryRow& row, const TestSettings& 
 /// hypothesis that was not reached.
 std::vector<std::string> Remarks(const TestedHypothesis& outcome, const std::string& label);
 
+/// A hypothesis, by its number from 1, that has no table or no cases, and why.
+std::vector<std::string> Test_failure_lines(std::size_t number, const std::string& label,
+                                            const std::vector<std::string>& why);
+
 /// What a run that the user stopped has left out; empty for one that came to its end. `labels` are
 /// those of the hypotheses, parallel to the outcomes.
 std::vector<std::string> Stopped_lines(std::span<const TestedHypothesis> outcomes,
