@@ -9,6 +9,7 @@
 #include "graph/hypotheses/relevance.h"
 #include "graph/hypotheses/relevance_report.h"
 #include "graph/hypotheses/separation_report.h"
+#include "graph/model/edge_revision.h"
 #include "graph/model/graph_workspace.h"
 #include "shell/parsed_line.h"
 #include "shell/prompts.h"
@@ -108,21 +109,21 @@ RelevanceParameters Parameters_of_relevance(const std::string& line, const Chain
     RelevanceParameters parameters;
     std::string text(Behind_keyword(std::string_view(line).substr(0, MaxTextLength)));
     text.erase(text.find_last_not_of(' ') + 1);
-    const auto converted = [&](const std::string& of) {
-        return String_to_variables(of, graph.Labels, false);
-    };
+    const auto converted = [&](const std::string& of) { return Typed_places(of, graph.Labels); };
     // A last S or R is an option only behind four labels; else it is one of them.
     if (!text.empty() && std::string_view("SsRr").find(text.back()) != std::string_view::npos) {
         const std::string before = text.substr(0, text.size() - 1);
-        if (converted(before).list.size() >= 4) {
+        if (converted(before).size() >= 4) {
             const bool separation = text.back() == 'S' || text.back() == 's';
             parameters.wishes = {.separation = separation, .reducibility = !separation};
             text = before;
         }
     }
-    const VariableList list = converted(text);
-    if (!list.ok || list.list.size() < 4) return parameters;
-    const auto place = [&](std::size_t k) { return int{list.list[k]}; };
+    const std::vector<int> places = converted(text);
+    if (places.size() < 4) return parameters;
+    const auto place = [&](std::size_t k) {
+        return places[k] == EveryOther ? graph.nvar + 1 : places[k];
+    };
     parameters.edges = Pairs_of_places(place(0), place(1), graph.nvar);
     parameters.pairs = Pairs_of_places(place(2), place(3), graph.nvar);
     for (std::size_t k = 0; k < 4; ++k) parameters.wildcard |= place(k) > graph.nvar;

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "graph/model/edge_revision.h"
+#include "shell/limits.h"
 #include "shell/variable_lists.h"
 
 namespace tarven {
@@ -82,17 +84,13 @@ PairList Pairs_of_status(const ChainGraph& graph, std::uint8_t status) {
 
 std::optional<PairList> Pairs_of_parameter(std::string_view line, const ChainGraph& graph) {
     const Marked marked = Modes_of(Behind_keyword(line.substr(0, MaxTextLength)));
-    const VariableList list = String_to_variables(marked.text, graph.Labels, false);
-    if (!list.ok) return std::nullopt;
-    // The converter writes "*" as the number behind the last label, which may be typed as well;
-    // under one label more only the "*" moves.
-    const VariableList moved = String_to_variables(marked.text, graph.Labels + '\x01', false);
     std::vector<Place> places;
     std::size_t marks = 0;
-    for (std::size_t k = 0; k < list.list.size(); ++k) {
-        places.push_back(Place_of(list.list[k], graph.nvar));
-        if (list.list[k] != moved.list[k]) places.back().mode = marked.modes[marks++];
+    for (const int typed : Typed_places(marked.text, graph.Labels)) {
+        places.push_back(Place_of(typed == EveryOther ? graph.nvar + 1 : typed, graph.nvar));
+        if (typed == EveryOther) places.back().mode = marked.modes[marks++];
     }
+    if (places.empty()) return std::nullopt;
     PairChoice choice(graph);
     if (places.size() == 1 && marks == 1) choice.Choose(places[0], {1, graph.nvar});
     for (std::size_t k = 1; k < places.size(); k += 2) choice.Choose(places[k - 1], places[k]);

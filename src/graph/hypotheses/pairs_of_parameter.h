@@ -22,7 +22,7 @@ PairList Pairs_of_status(const ChainGraph& graph, std::uint8_t status);
 /// those with a free edge (status 2), "-" those without an edge (status 1); so is a lone "*", "+",
 /// "?" or "-" of all pairs. With a mark in both places both must hold. A number above nvar is every
 /// variable; a pair of equal variables, and the number 0, is no pair.
-/// Nothing when a character is no label.
+/// Nothing when a character is no label, or nothing is named.
 std::optional<PairList> Pairs_of_parameter(std::string_view line, const ChainGraph& graph);
 
 }  // namespace tarven

@@ -198,6 +198,7 @@ TEST(PairsOfParameter, MarksChooseByStatus) {
                                            {"SEP +-", ""},
                                            {"SEP A 9", "AB AC AD"},
                                            {"SEP A 5 B+", "AB AC AD"},
+                                           {"SEP A 258", "AB AC AD"},
                                            {"SEP AA", ""},
                                            {"SEP A 0", ""},
                                            {"SEP A", ""}}) {
