@@ -1,6 +1,9 @@
 #include "tables/independence/own_table.h"
 
 #include <algorithm>
+#include <optional>
+
+#include "tables/independence/case_tests.h"
 
 namespace tarven {
 
@@ -25,6 +28,18 @@ OwnTable Make_own_table(const Hypothesis& row, VariableOf variable, BlockOf bloc
     return own;
 }
 
+/// More variables or cells than a table may have.
+bool Too_large_for_a_table(const OwnTable& own) {
+    std::vector<int> DIM{0};
+    for (const TableVariable& variable : own.request.variables) DIM.push_back(variable.DIM);
+    return !Check_table_dimensions(static_cast<int>(DIM.size()) - 1, DIM);
+}
+
+TestedInOwnTable Failure_of(const Failed& failure) {
+    return {.outcome = {.reached = failure.stopped ? Reached::not_reached : Reached::end},
+            .messages = failure.messages};
+}
+
 }  // namespace
 
 OwnTable Own_table(const Hypothesis& row, const ProjectDefinition& definition) {
@@ -43,16 +58,30 @@ std::vector<TestedInOwnTable> Test_in_own_tables(const CasesAtHand& cases,
                                                  const TestSettings& settings, RandomStream& stream,
                                                  const RunControl& control) {
     std::vector<TestedInOwnTable> results(list.size());
+    std::vector<OwnTable> tables;
+    std::vector<bool> too_large;
+    for (const Hypothesis& row : list) {
+        tables.push_back(Own_table(row, cases.definition));
+        too_large.push_back(Too_large_for_a_table(tables.back()));
+    }
+    std::optional<Result<PackedCases>> packed;
+    if (std::find(too_large.begin(), too_large.end(), true) != too_large.end())
+        packed = Pack_cases(cases, control.stop);
     const auto test = [&](std::size_t k, RandomStream& own, DrawMemory& memory,
                           const StopCheck& stop) -> TestedHypothesis {
-        const OwnTable wanted = Own_table(list[k], cases.definition);
-        const Result<Tabulation> made = Tabulate(cases, wanted.request, stop);
-        if (!made) {
-            results[k].messages = made.failure().messages;
-            return {.reached = made.failure().stopped ? Reached::not_reached : Reached::end};
-        }
         if (settings.ExactTests) Set_seed(own, settings.Seed);
-        return Test_globally(made->table, wanted.row, settings, own, memory, stop);
+        const auto refused = [&](const Failed& failure) {
+            results[k] = Failure_of(failure);
+            return results[k].outcome;
+        };
+        if (too_large[k]) {
+            if (!*packed) return refused(packed->failure());
+            StrataMemory strata;
+            return Test_from_cases(**packed, list[k], settings, own, memory, strata, stop);
+        }
+        const Result<Tabulation> made = Tabulate(cases, tables[k].request, stop);
+        if (!made) return refused(made.failure());
+        return Test_globally(made->table, tables[k].row, settings, own, memory, stop);
     };
     const std::vector<TestedHypothesis> outcomes =
         Run_list(list.size(), settings, stream, control, test);
