@@ -271,6 +271,7 @@ Outcome CHOOSE() {
 constexpr const char* TestHelp =
     "TEST\n"
     "TEST letters\n"
+    "TEST pairs of variables\n"
     "\n"
     "Tests the hypotheses made by HYPOTHESES, THREEWAY or ELABORATE on the current table: a\n"
     "chi-square-type statistic summed over the strata (CHI, DEV, POW) and, unless a variable is\n"
@@ -306,6 +307,12 @@ constexpr const char* TestHelp =
     "\n"
     "G: HELP PGA tells more.\n"
     "\n"
+    "A list made from the project graph (SEPARATE, GMP, REDUCE, RELEVANCE) is tested globally, "
+    "each\n"
+    "hypothesis on the cases that have its variables, whatever their number; the current table\n"
+    "takes no part. Without hypotheses about the table labels name pairs of the graph, also where\n"
+    "they are letters of tests: TEST AB is then GTEST AB.\n"
+    "\n"
     "A p of gamma beyond z = 4 is shown as 0.000. Ctrl-C ends the simulation under way with the\n"
     "tables done; the rest of the list is not tested, and the report says so.\n"
     "\n"
@@ -318,13 +325,16 @@ constexpr const char* TestHelp =
 constexpr const char* ChooseHelp =
     "CHOOSE n\n"
     "\n"
-    "Takes hypothesis n of the list: makes the table of its variables and tests it.\n"
+    "Takes hypothesis n of the list: makes the table of its variables and tests it. A list made\n"
+    "from the project graph stays, with the results of its last TEST.\n"
     "\n"
     "Example: CHO 3\n"
     "\n"
     "Refuses: an empty list (\"Hypotheses not ready.\"), no number (\"Select one of the "
     "hypotheses\n"
-    "on the list\"), a number that is not on the list.";
+    "on the list\"), a number that is not on the list, a list of the graph when labels have "
+    "changed\n"
+    "since (\"Graphs are not compatible.\").";
 
 }  // namespace
 
