@@ -28,11 +28,14 @@ OwnTable Make_own_table(const Hypothesis& row, VariableOf variable, BlockOf bloc
     return own;
 }
 
-/// More variables or cells than a table may have.
-bool Too_large_for_a_table(const OwnTable& own) {
+/// Whether the strata come from the cases: of more variables or cells than a table may have, and
+/// where a table has more cells than there are cases, since its margins would cost more than they.
+bool Wants_cases(const OwnTable& own, std::int64_t cases) {
     std::vector<int> DIM{0};
     for (const TableVariable& variable : own.request.variables) DIM.push_back(variable.DIM);
-    return !Check_table_dimensions(static_cast<int>(DIM.size()) - 1, DIM);
+    const TableDimensions sizes =
+        Table_dimensions(static_cast<int>(DIM.size()) - 1, DIM, /*require8=*/true);
+    return !sizes.ok || sizes.ncells_incl > cases;
 }
 
 TestedInOwnTable Failure_of(const Failed& failure) {
@@ -59,13 +62,13 @@ std::vector<TestedInOwnTable> Test_in_own_tables(const CasesAtHand& cases,
                                                  const RunControl& control) {
     std::vector<TestedInOwnTable> results(list.size());
     std::vector<OwnTable> tables;
-    std::vector<bool> too_large;
+    std::vector<bool> from_cases;
     for (const Hypothesis& row : list) {
         tables.push_back(Own_table(row, cases.definition));
-        too_large.push_back(Too_large_for_a_table(tables.back()));
+        from_cases.push_back(Wants_cases(tables.back(), cases.Nused));
     }
     std::optional<Result<PackedCases>> packed;
-    if (std::find(too_large.begin(), too_large.end(), true) != too_large.end())
+    if (std::find(from_cases.begin(), from_cases.end(), true) != from_cases.end())
         packed = Pack_cases(cases, control.stop);
     const auto test = [&](std::size_t k, RandomStream& own, DrawMemory& memory,
                           const StopCheck& stop) -> TestedHypothesis {
@@ -74,7 +77,7 @@ std::vector<TestedInOwnTable> Test_in_own_tables(const CasesAtHand& cases,
             results[k] = Failure_of(failure);
             return results[k].outcome;
         };
-        if (too_large[k]) {
+        if (from_cases[k]) {
             if (!*packed) return refused(packed->failure());
             StrataMemory strata;
             return Test_from_cases(**packed, list[k], settings, own, memory, strata, stop);

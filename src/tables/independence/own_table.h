@@ -11,7 +11,8 @@
 namespace tarven {
 
 /// Hypotheses that do not rest on the current table: each is tested in a table of its own, of the
-/// variables that have a role in it; one too large for a table, from the cases.
+/// variables that have a role in it; one whose table would be too large, or would have more cells
+/// than there are cases, from the cases.
 
 /// The table that a hypothesis needs, and the hypothesis over the dimensions of that table.
 struct OwnTable {
@@ -34,9 +35,10 @@ struct TestedInOwnTable {
 
 /// Tests rows over the project's variables by the global engine; the outcomes are parallel to them.
 /// Every hypothesis starts from settings.Seed, so the number of threads and the order of the list
-/// decide nothing. A row of more variables or cells than a table may have takes its strata from the
-/// cases, packed once for all such rows; they are those of a table. A table that was not counted to
-/// its end because of a stop is not reached. Cost: one pass over the cases a hypothesis.
+/// decide nothing. A row of more variables or cells than a table may have, or of more cells than
+/// there are cases, takes its strata from the cases, packed once for all such rows; they are those
+/// of a table. A table that was not counted to its end because of a stop is not reached. Cost: one
+/// pass over the cases a hypothesis.
 std::vector<TestedInOwnTable> Test_in_own_tables(const CasesAtHand& cases,
                                                  std::span<const Hypothesis> list,
                                                  const TestSettings& settings, RandomStream& stream,
