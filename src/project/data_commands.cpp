@@ -35,7 +35,7 @@ bool Variables_of_command(std::vector<int>& variables) {
 }
 
 Outcome MAKE() {
-    Make();
+    if (Make().SYS) Run_moment(Moment::data_replaced);
     return Outcome::done;
 }
 
@@ -141,6 +141,7 @@ void INPUT_D() {
     if (!failure.empty()) return Show_each_line(failure);
     ShowMessage(fmt::format("{} cases in data set", The_project.Nused));
     Give_up_TABdata_of_other_cases();
+    Run_moment(Moment::data_replaced);
 }
 
 void INPUT_T() {
@@ -149,7 +150,9 @@ void INPUT_T() {
         ShowMessage(failure);
         return;
     }
-    if (Give_up_TABdata_of_other_cases()) return;
+    const bool given_up = Give_up_TABdata_of_other_cases();
+    Run_moment(Moment::data_replaced);
+    if (given_up) return;
     ShowMessage(fmt::format("{} cells in TAB data", The_data.Ntabcells));
 }
 

@@ -288,13 +288,13 @@ KeyOverflow Key_overflow(const ProjectDefinition& definition) {
     return overflow;
 }
 
-bool Make() {
+FilesMade Make() {
     ProjectFiles& files = The_project.files;
     Warn_of_long_keys();
     ShowWait("Wait! Data will be read and recoded. ");
     SetStatus(5, "Reading raw data");
     ShowMessage("*** Sorting data may be time consuming ***");
-    bool done = false;
+    FilesMade written;
     const std::string at_hand = Files_at_hand(files);
     if (at_hand.empty() || AskYesNo(fmt::format("SYS and/or TAB files {} already exist. Do you "
                                                 "want to continue?",
@@ -313,11 +313,11 @@ bool Make() {
         HideProgress();
         if (made.SYS_written) Store_made_data(made);
         Show_result_of_make(made);
-        done = made.TAB_written;
+        written = {made.SYS_written, made.TAB_written};
     }
     HideWait();
     SetStatus(5, "");
-    return done;
+    return written;
 }
 
 std::string Message_on_old_data(const ProjectFiles& files) {
@@ -364,7 +364,7 @@ void Load_data_at_opening() {
     const bool either = files.SYS.exists || files.TAB.exists;
     // Without the compact files the raw data are read, so the run has lost nothing.
     const bool failed_before = The_session.machine_failed;
-    if (!both && (files.DAT.exists || !either) && Make()) return;
+    if (!both && (files.DAT.exists || !either) && Make().TAB) return;
     The_session.machine_failed = failed_before;
     if (files.SYS.exists || files.TAB.exists) Load_SYS_and_TAB();
 }

@@ -52,9 +52,14 @@ struct KeyOverflow {
 };
 KeyOverflow Key_overflow(const ProjectDefinition& definition);
 
-/// The command MAK over the workspace: its questions, messages, panels and progress. True when SYS
-/// and TAB are new and TABdata is in memory.
-bool Make();
+/// Which files MAKE has made anew.
+struct FilesMade {
+    bool SYS = false;
+    bool TAB = false;  ///< and TABdata is in memory
+};
+
+/// The command MAK over the workspace: its questions, messages, panels and progress.
+FilesMade Make();
 
 /// Whether a SYS or TAB file that is there was written more than ten seconds before the DEF, VAR or
 /// DAT file changed: the message that tells it, or empty.

@@ -226,8 +226,9 @@ void INPUT_V() {
     revised.title = definition.title;
     const DefinitionComparison comparison = Compare_definitions(The_project, revised);
     const bool other_data = !Is_same_file(files.DAT, The_project.files.DAT);
-    const bool changed = comparison.variables_differ || comparison.structure_differs ||
-                         other_data || Recoding_differs(The_project, revised);
+    const bool recoded = Recoding_differs(The_project, revised);
+    const bool changed =
+        comparison.variables_differ || comparison.structure_differs || other_data || recoded;
     for (const std::string& line : comparison.lines) Write_report(line);
     if (other_data)
         ShowMessage(files.DAT.exists
@@ -237,6 +238,7 @@ void INPUT_V() {
     The_project.files = files;
     Adopt_revision(revised, comparison);
     if (!changed) return;
+    if (other_data || recoded) Run_moment(Moment::data_replaced);
     ShowMessage("Use FREQUENCIES to check the new variable definitions");
     ShowMessage("You may have to use MAKE to create new SYS and TAB files");
     ShowMessage("Data may have to be DISPOSED!");

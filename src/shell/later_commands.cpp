@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include "shell/parsed_line.h"
 #include "shell/user.h"
 
 namespace tarven {
@@ -22,8 +21,8 @@ void Register_later_commands(const std::vector<LaterCommand>& commands) {
                           .available = false});
 }
 
-Need Never(std::string message, char letter) {
-    return {[letter] { return letter != 0 && !Has_parameter(letter); }, std::move(message)};
+Need Never(std::string message) {
+    return {[] { return false; }, std::move(message)};
 }
 
 }  // namespace tarven

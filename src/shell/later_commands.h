@@ -20,7 +20,7 @@ struct LaterCommand {
 /// needs hold.
 void Register_later_commands(const std::vector<LaterCommand>& commands);
 
-/// A need that nothing can meet yet; only of lines with `letter` when one is given.
-Need Never(std::string message, char letter = 0);
+/// A need that nothing can meet yet.
+Need Never(std::string message);
 
 }  // namespace tarven

@@ -16,6 +16,8 @@ enum class Moment : std::uint8_t {
                              ///< completed
     project_about_to_close,  ///< what rests on the project is given up
     variables_changed,       ///< other variables, or another recursive structure
+    data_replaced,           ///< other cases of the same variables: what was computed from those
+                             ///< before is given up
     table_replaced,          ///< the current table is gone or another
     items_changed            ///< the current item model is gone or another
 };

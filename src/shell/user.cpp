@@ -16,14 +16,10 @@ namespace {
 constexpr std::int64_t ProgressDraws = 200;
 
 /// The answer that the next line of the command stream is, taken from it; nothing (and the line
-/// stays) when it is no answer. An empty line takes the default, which is No.
+/// stays) when it is no answer. Nor is an empty line: it was written to part commands.
 std::optional<Answer> Answer_from_stream(bool with_cancel) {
     const std::optional<std::string> line = Peek_line();
-    if (!line || Word_count(*line) > 1) return {};
-    if (Word_count(*line) == 0) {
-        Next_line();
-        return Answer::no;
-    }
+    if (!line || Word_count(*line) != 1) return {};
     const std::string word = Upper(Get_word(1, *line));
     std::optional<Answer> answer;
     if (word == "Y" || word == "YES") answer = Answer::yes;

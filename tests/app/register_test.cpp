@@ -60,7 +60,44 @@ TEST_F(Floors, RefuseWhatIsNotThereYetForTheRightReason) {
     Run({"TAB SAG", "HYP SA"});
     EXPECT_EQ(Run({"HOM"}), Lines{"The command HOMOGENEITY is not available yet"});
     EXPECT_EQ(Run({"SCR"}), Lines{"The command SCREEN is not available yet"});
-    EXPECT_EQ(Run({"SCR I"}), Lines{"This command requires at least three items"});
+    struct Row {
+        std::vector<std::string> before;
+        std::string command;
+        std::string answer;
+    };
+    const std::string estimates = "You have not estimates the parameters of the current GLLRM";
+    const std::vector<std::string> items = {"OPE verbal", "Y", "ITEMS AB"}, three = {"ITEMS ABC"};
+    const std::vector<std::string> exo = {"EXO ZY"}, estimated = {"GRM"};
+    const Row rows[] = {
+        {{}, "SCR I", "This command requires at least three items"},
+        {{}, "SCR E", "Sceening of effects on the score requires exogenous variables"},
+        {{}, "CRI", "Define exogenous variables before criterion variables"},
+        {{}, "STA", "This command requires items"},
+        {items, "STA", "The command STABLES is not available yet"},
+        {{}, "RAS", "The command RASCH is not available yet"},
+        {{}, "IMI", "The command IMISSING is not available yet"},
+        {{}, "MPI", "The command MPITEMS is not available yet"},
+        {{}, "DIF", "This command requires both items and exogenous variables"},
+        {{}, "LDE", "This command needs at least three items"},
+        {{}, "SCR I", "This command requires at least three items"},
+        {three, "SCR I", "The command SCREEN is not available yet"},
+        {{}, "LDE", "The command LDEPENDENCE is not available yet"},
+        {{}, "ROS", "The command ROSENBAUM is not available yet"},
+        {{}, "SCR IE", "Sceening of effects on the score requires exogenous variables"},
+        {exo, "SCR IE", "The command SCREEN is not available yet"},
+        {{}, "DIF", "The command DIF is not available yet"},
+        {{}, "CRI", "The command CRITERION is not available yet"},
+        {{}, "PER", "The item parameters of the current GLLRM have not been estimated"},
+        {{}, "TPR", estimates},
+        {estimated, "TPR", "The command TPROFILE is not available yet"},
+        {{}, "IPR", "The command IPROFILE is not available yet"},
+        {{}, "PER", "The command PERSONS is not available yet"},
+        {{}, "RES", "The command RESPONSES is not available yet"}};
+    Copy_example("verbal");
+    for (const Row& row : rows) {
+        Run(row.before);
+        EXPECT_EQ(Run({row.command}), Lines{row.answer});
+    }
     EXPECT_EQ(Run({"INP G"}), Lines{"No GRAPH file."});
     EXPECT_EQ(Run({"ONL"}), Lines{"Unrecognized command: ONL"});
 }

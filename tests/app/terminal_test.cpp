@@ -204,6 +204,20 @@ TEST_F(Terminal, ComesBackFromCtrlZWithPromptAndLine) {
     EXPECT_EQ(living.Finish().status, 0);
 }
 
+TEST_F(Terminal, LeavingTheQuestionOfAnEstimateEndsIt) {
+    Copy_example("verbal");
+    LivingProgram living(folder, {"-p", "verbal"}, true);
+    ASSERT_TRUE(living.Await("> ")) << living.Shown();
+    living.Type("ITEMS ABC\n");
+    for (const std::string key : {"\x03", "\x04"}) {
+        living.Type("GRM\nCON 0.000000000000000000000001\nEST\n");
+        ASSERT_TRUE(living.Await("Do you want the estimation procedure to continue?"));
+        living.Type(key);
+        ASSERT_TRUE(living.Await("(cancelled by the user)")) << living.Shown();
+        living.Type("CON 0.1\nITEMS ABC\n");
+    }
+}
+
 TEST_F(Terminal, TheStartDialogSaysWhatItDidNotUnderstand) {
     LivingProgram living(folder, {}, true);
     ASSERT_TRUE(living.Await("Enter goes on without: "));

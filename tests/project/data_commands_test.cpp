@@ -170,7 +170,7 @@ class DataCommands : public DataSession {};
 
 TEST_F(DataCommands, MissingCountsResponsesOfEverySource) {
     Define_example("survey");
-    ASSERT_TRUE(Make());
+    ASSERT_TRUE(Make().TAB);
     const std::vector<std::string> from_cells = Run({"MIS *"});
     EXPECT_TRUE(Has_line_with(from_cells, "       P  Observed =    188  Missing =     44"));
     EXPECT_TRUE(
@@ -199,7 +199,7 @@ TEST_F(DataCommands, ListRawAndRecodedData) {
     Put("x.DAT", "1 1.26\n2 3\n1 NA\n2 3\n");
     Put("x.DEF", "");
     Look_for_files();
-    ASSERT_TRUE(Make());
+    ASSERT_TRUE(Make().TAB);
     EXPECT_EQ(Run({"DAT BA", "2 5:1"}),
               (std::vector<std::string>{"Data from x.DAT", "", "    B    A", "  1.3  1.0",
                                         "  3.0  2.0", ""}));
@@ -213,7 +213,7 @@ TEST_F(DataCommands, ListRawAndRecodedData) {
 
 TEST_F(DataCommands, InputReadsDataAndTabdata) {
     Define_example("vision");
-    ASSERT_TRUE(Make());
+    ASSERT_TRUE(Make().TAB);
     Dispose_data();
     EXPECT_TRUE(Has_line_with(Run({"SHOW D"}), "Data source: TABfile"));
     Run({"INPUT DT"});
@@ -236,7 +236,7 @@ TEST_F(DataCommands, InputReadsDataAndTabdata) {
 
 TEST_F(DataCommands, DataOfOtherVariablesAreGivenUp) {
     Define_example("vision");
-    ASSERT_TRUE(Make());
+    ASSERT_TRUE(Make().TAB);
     Run_moment(Moment::variables_changed);
     EXPECT_TRUE(The_data.tabdata_ready);
     The_project.variables[2].dim = 3;

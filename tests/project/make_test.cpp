@@ -76,7 +76,7 @@ TEST_F(Making, AgreesWithTheFiguresOfEveryExample) {
         const MakeResult direct = Make_files(The_project, The_project.files.DAT.path,
                                              folder / "direct.SYS", folder / "direct.TAB", {});
         EXPECT_EQ(direct.Nread, figures.at("nread"));
-        ASSERT_TRUE(Make());
+        ASSERT_TRUE(Make().TAB);
         EXPECT_EQ(The_project.Nused, figures.at("n_used"));
         EXPECT_EQ(The_data.Ntabcells, figures.at("n_tab_cells"));
         EXPECT_TRUE(The_data.tabdata_ready);
@@ -109,7 +109,7 @@ TEST_F(Making, AgreesWithTheFiguresOfEveryExample) {
 
 TEST_F(Making, ReadsBackWhatItWrote) {
     Define_example("survey");
-    ASSERT_TRUE(Make());
+    ASSERT_TRUE(Make().TAB);
     const CellStore made = The_data.TABdata;
     // The TAB file reads back as the store that was written, and so does one made from SYS alone.
     ASSERT_EQ(Read_TAB_file(), "");
@@ -123,16 +123,16 @@ TEST_F(Making, ReadsBackWhatItWrote) {
 
 TEST_F(Making, AsksBeforeItOverwrites) {
     Define_example("titanic");
-    ASSERT_TRUE(Make());
+    ASSERT_TRUE(Make().TAB);
     std::vector<std::string> said = Said();
     EXPECT_TRUE(Has_line_with(said, "*** Sorting data may be time consuming ***"));
     EXPECT_TRUE(Has_line_with(said, "2201 cases included in 24 non-empty cells."));
     Put("titanic.DAT", "0 3 1 1\n");
-    EXPECT_FALSE(Make());  // nobody says yes
+    EXPECT_FALSE(Make().TAB);  // nobody says yes
     EXPECT_EQ(The_project.Nused, 2201);
     EXPECT_FALSE(Has_line_with(Said(), "cases included"));
     The_session.AUTOMATIC = true;
-    EXPECT_TRUE(Make());
+    EXPECT_TRUE(Make().TAB);
     EXPECT_EQ(Bytes("titanic.SYS"), "1 3 1 1 \n");
     EXPECT_EQ(Bytes("titanic.TAB"), "1 3 1 1 1\n");
     EXPECT_EQ(The_project.Nused, 1);
@@ -145,10 +145,10 @@ TEST_F(Making, KeepsTheCasesBeforeABadRecordAndNoTab) {
     The_session.AUTOMATIC = true;
     Put("x.DAT", "1 1\n2 2\n1 1\n");
     Define_project({2, 2});
-    ASSERT_TRUE(Make());
+    ASSERT_TRUE(Make().TAB);
     Put("x.DAT", "1 1\n2 2\n1 2 1\n2 1\n");
     Said();
-    EXPECT_FALSE(Make());
+    EXPECT_FALSE(Make().TAB);
     const std::vector<std::string> said = Said();
     EXPECT_TRUE(Has_line_with(said, "Too many variables (3) in 1 2 1 (x.DAT, line 3)"));
     EXPECT_TRUE(Has_line_with(said, "Warning: Error reading data"));
@@ -163,7 +163,7 @@ TEST_F(Making, LeavesOldFilesWholeWithoutADatFile) {
     Put("x.SYS", "1 1 \n");
     Put("x.TAB", "1 1 1\n");
     Define_project({2, 2});
-    EXPECT_FALSE(Make());
+    EXPECT_FALSE(Make().TAB);
     EXPECT_TRUE(Has_line_with(Said(), "Failure: x.DAT could not be read: No such file"));
     EXPECT_EQ(Bytes("x.SYS"), "1 1 \n");
     EXPECT_EQ(Bytes("x.TAB"), "1 1 1\n");
@@ -209,7 +209,7 @@ TEST_F(Making, WritesADiagnosisWhenNumbersCannotStandForPatterns) {
     EXPECT_EQ(Key_overflow(The_project).step, 0);
     Define_project(std::vector<int>(33, 3));
     EXPECT_EQ(Key_overflow(The_project).step, 32);
-    EXPECT_FALSE(Make());
+    EXPECT_FALSE(Make().TAB);
     EXPECT_TRUE(Has_line_with(Said(), "Sorting data may be time consuming"));
     EXPECT_EQ(Bytes("stac0.rep"),
               "failure at step 32\n   x = 0\n glx = 4611686018427387904\ndim = 3\n");
@@ -296,7 +296,7 @@ TEST_F(Making, TellsWordsThatAreNoNumbers) {
     Define_project({2, 2});
     The_project.NTAL = 3;
     The_project.conditions = {{.column = 1, .lower = -1e7, .upper = 2}};
-    ASSERT_TRUE(Make());
+    ASSERT_TRUE(Make().TAB);
     const std::vector<std::string> said = Said();
     EXPECT_TRUE(Has_line_with(said,
                               "x.DAT: \"NA\" is no number and counts as missing, 2 times, "
@@ -378,12 +378,12 @@ TEST_F(Making, DataTooLargeForMemoryIsRefused) {
 
 TEST_F(Making, ADeviceBehindANameIsNotRemoved) {
     Define_example("titanic");
-    ASSERT_TRUE(Make());
+    ASSERT_TRUE(Make().TAB);
     std::filesystem::remove(folder / "titanic.TAB");
     ASSERT_EQ(mkfifo((folder / "device").c_str(), 0600), 0);
     std::filesystem::create_symlink(folder / "device", folder / "titanic.TAB");
     const int reader = ::open((folder / "device").c_str(), O_RDONLY | O_NONBLOCK);
-    EXPECT_FALSE(Make());
+    EXPECT_FALSE(Make().TAB);
     ::close(reader);
     EXPECT_TRUE(std::filesystem::is_fifo(folder / "device"));
 }

@@ -32,7 +32,7 @@ TEST_F(Nobody, AnswersQuestionsFromTheCommandStream) {
     };
     const Row rows[] = {{"Y", true, true},        {" yes ", true, true}, {"yEs", true, true},
                         {"n", false, true},       {"NO", false, true},   {"TAB AB", false, false},
-                        {"yes no", false, false}, {"", false, true},     {"YE", false, false}};
+                        {"yes no", false, false}, {"", false, false},    {"YE", false, false}};
     for (const Row& row : rows) {
         Push_lines({row.line, "next"});
         EXPECT_EQ(AskYesNo("Really?"), row.yes) << row.line;

@@ -58,11 +58,6 @@ void Register_graph_commands() {
         {"NAI", "NAIVE", "naive screening of the data"},
         {"NOD", "NODECOLOR", "colours nodes of the project graph"},
         {"PAT", "PATH", "paths between variables of the project graph"},
-        {"SCR",
-         "SCREEN",
-         "screens the data for a first model",
-         {Never("This command requires at least three items", 'I'),
-          Never("Sceening of effects on the score requires exogenous variables", 'E')}},
     });
     Register_commands_of_graph_mode();
     Register_letters();

@@ -96,25 +96,31 @@ class Iterator {
         if (reason == IterationStop::converged) return false;
         const bool improved = course_.smallest_Delta < smallest_at_last_stop_;
         smallest_at_last_stop_ = course_.smallest_Delta;
-        std::optional<bool> answer;
-        if (task_.ask)
-            answer = task_.ask({course_.end, course_.history.front(), course_.smallest_Delta,
-                                course_.smallest_step, course_.Delta == Delta_back(Phase(), 1)});
-        if (answer) {
-            if (*answer && !improved) Turn_to_sweeps();
-            return *answer;
-        }
+        const ContinueAnswer answer =
+            task_.ask ? task_.ask({course_.end, course_.history.front(), course_.smallest_Delta,
+                                   course_.smallest_step, course_.Delta == Delta_back(Phase(), 1)})
+                      : ContinueAnswer::nobody;
+        if (answer == ContinueAnswer::cancelled) course_.end.reason = IterationStop::cancelled;
+        if (answer == ContinueAnswer::yes && !improved) Turn_to_sweeps(true);
+        if (answer != ContinueAnswer::nobody) return answer == ContinueAnswer::yes;
+        if (reason == IterationStop::cancelled) return false;
         const int most = std::min(task_.settings.stops.maximum_steps, MostStepsUnasked);
-        if (reason == IterationStop::cancelled || course_.steps >= most) return false;
-        return improved || Turn_to_sweeps();
+        const int literal = course_.steps - course_.sweeps;
+        if (sweeping_)
+            return improved && course_.sweeps < std::max(most - literal, LeastBoundOfSweeps);
+        if (literal >= most)
+            return course_.Delta >= static_cast<Extended>(DeltaOfConvergence) &&
+                   Turn_to_sweeps(!improved);
+        return improved || Turn_to_sweeps(true);
     }
 
-    /// Sweeps from the start values on. False when they are under way already, or would be nothing
-    /// else than steps.
-    bool Turn_to_sweeps() {
+    /// Sweeps, from the start values or from where the steps are. False when they are under way
+    /// already, or would be nothing else than steps.
+    bool Turn_to_sweeps(bool from_start) {
         if (sweeping_ || !task_.has_terms()) return false;
         sweeping_ = true;
-        parameters_ = start_;
+        course_.sweeps_go_on = !from_start;
+        if (from_start) parameters_ = start_;
         number_ = 0;
         smallest_at_last_stop_ = std::numeric_limits<Extended>::max();
         return true;

@@ -23,7 +23,9 @@ namespace tarven {
 /// 49, 223-245.
 
 inline constexpr std::int64_t MaxGammaEntries = 1962000;  ///< scores times cells of the sources
-inline constexpr int MostStepsUnasked = 5000;
+inline constexpr int MostStepsUnasked = 5000;             ///< that fit all tables at once
+/// Sweeps of one table at a time may take the steps that are left of these, and as many at least.
+inline constexpr int LeastBoundOfSweeps = 1000;
 inline constexpr double DeltaOfConvergence = 0.1;  ///< below it callers take a fit as converged
 
 struct EstimationSettings {
@@ -54,6 +56,7 @@ struct Recurrence {
 struct Iteration {
     int steps = 0;   ///< in all, sweeps included
     int sweeps = 0;  ///< of one table at a time, behind the literal steps; 0: there were none
+    bool sweeps_go_on = false;      ///< from what the steps had reached, not from the start values
     std::vector<Extended> history;  ///< Delta of each step
     Extended Delta = 0;             ///< of the last step, before its update
     Extended smallest_Delta = 0;
@@ -74,9 +77,17 @@ struct UnfinishedIteration {
     bool as_the_one_before = false;  ///< Delta equals that of the step before
 };
 
-/// True: go on. Without an answer, or without a question to put, the iteration goes on at each stop
-/// as long as the smallest Delta has improved since the stop before.
-using ContinueQuestion = std::function<std::optional<bool>(const UnfinishedIteration&)>;
+/// What came of the question whether to go on.
+enum class ContinueAnswer : std::uint8_t {
+    nobody,  ///< there is nobody to answer: as without a question
+    yes,
+    no,
+    cancelled  ///< the user left the question: the iteration ends as cancelled
+};
+
+/// Without an answer, or without a question to put, the iteration goes on at each stop as long as
+/// the smallest Delta has improved since the stop before.
+using ContinueQuestion = std::function<ContinueAnswer(const UnfinishedIteration&)>;
 
 /// A pair or a DIF term after the fit. `other` is an item, or the number of an exogenous variable,
 /// NEXOGENE + 1 for the score groups.
@@ -140,6 +151,9 @@ struct EstimationMemory {
 ///
 /// The literal steps fit all tables at once. With several terms they can overshoot and stick; when
 /// they stop for good and the model has terms, sweeps of one table at a time begin at the start.
+/// When the steps still improve at their largest number, the sweeps go on from there instead,
+/// unless Delta is below DeltaOfConvergence: then it falls as 1/steps towards estimates at infinity
+/// (empty cells of DIF, say), where sweeps creep as well and the likelihood gains nothing.
 ///
 /// Cost of a step: cells of the sources with persons times (scores times items), response vectors
 /// of components with DIF in every such cell, of those without once.

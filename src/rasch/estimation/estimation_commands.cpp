@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
 #include <new>
 
 #include "project/data.h"
@@ -94,13 +97,23 @@ struct ModelLine {
     std::vector<int> options;
 };
 
+/// Whether a word is terms of the current items, pair by pair: items may be labelled by digits.
+bool Is_made_of_terms(const std::string& word) {
+    const std::string labels = Project_labels();
+    for (std::size_t k = 0; k + 1 < word.size(); k += 2)
+        if (Term_of(The_items.model, word[k], word[k + 1], labels).item == 0) return false;
+    return word.size() % 2 == 0;
+}
+
+/// A word of digits is a number of the menu; another one may be terms.
 ModelLine Read_model_line(bool with_options) {
     ModelLine line;
     const std::string_view text = Behind_keyword(The_line.CommandLine);
     for (int k = 1; k <= Word_count(text); ++k) {
         const std::string word = Get_word(k, text);
         std::int32_t number = 0;
-        if (with_options && Is_digit(word[0]) && To_integer(word, number))
+        if (with_options && Is_digit(word[0]) && To_integer(word, number) &&
+            (Find_entry(number) || !Is_made_of_terms(word)))
             line.options.push_back(number);
         else
             line.terms += (line.terms.empty() ? "" : " ") + word;
@@ -118,25 +131,33 @@ Result<AmendedModel> Asked_model(const std::string& terms) {
     return AmendedModel{*model, {}};
 }
 
-/// False, with its message, when the model cannot be had.
-bool Define_model(const std::string& terms) {
+/// The same, the changes told; nothing, with its message, when the model cannot be had.
+std::optional<GLLRM> Defined_model(const std::string& terms) {
     const Result<AmendedModel> asked = Asked_model(terms);
     if (!asked) {
         Refuse(asked.failure());
-        return false;
+        return {};
     }
     const GLLRM& model = asked->model;
     if (const auto oversized = Find_oversized_component(model, Structure_of(model))) {
         ShowMessage(Oversized_component_message(model, *oversized));
-        return false;
+        return {};
     }
     if (!asked->lines.empty()) {
         Write_report("Changes to the current GLLRM:");
         Write_lines(asked->lines);
         Write_report("");
     }
-    if (Model_text(model) != The_current_GLLRM()) Set_current_model(model);
-    return true;
+    return model;
+}
+
+std::string Text_of_current_model() {
+    const std::string text = The_current_GLLRM();
+    return text.empty() ? "Rasch model" : text;
+}
+
+bool Is_current(const GLLRM& model) {
+    return Model_text(model) == The_current_GLLRM();
 }
 
 // ---- Estimating
@@ -151,20 +172,22 @@ EstimationSettings Settings_of(const EstimationChoices& choices) {
     return settings;
 }
 
-/// Persons with responses to some of the items, two at least.
-std::int64_t Incomplete_persons(const ResponseTable& table) {
-    std::int64_t persons = 0;
-    for (std::size_t p = 0; p < table.size(); ++p) {
+/// Nincomplete of the report, when there are persons with responses to some of the items, two at
+/// least; else 0.
+std::int64_t Incomplete_persons(const GLLRM& model, const ResponseTable& table) {
+    bool useful = false;
+    for (std::size_t p = 0; p < table.size() && !useful; ++p) {
         const std::uint8_t* scores = table.Scores(p);
         const auto missing = std::count(scores, scores + table.NITEMS, NoResponse);
-        if (missing > 0 && table.NITEMS - missing >= 2) persons += table.counts[p];
+        useful = missing > 0 && table.NITEMS - missing >= 2;
     }
-    return persons;
+    return useful ? Complete_margins(model, Structure_of(model), table, {}).counts.Nincomplete : 0;
 }
 
 /// The one reason for which a model is estimated; empty when it stands as it is.
-std::string Reason_to_estimate(const EstimationChoices& wanted) {
+std::string Reason_to_estimate(const GLLRM& model, const EstimationChoices& wanted) {
     const EstimationChoices& made = The_estimates.current_choices;
+    if (!Is_current(model)) return "It is a new model";
     if (!The_items.CurrentIRTparameters_ready || !The_estimates.current) return "It is a new model";
     if (wanted.incomplete_responses && !made.incomplete_responses)
         return "To include missing responses";
@@ -182,8 +205,9 @@ std::string Reason_to_estimate(const EstimationChoices& wanted) {
     return "";
 }
 
-std::optional<bool> Ask_to_continue(const UnfinishedIteration& unfinished) {
-    if (The_session.AUTOMATIC) return {};
+/// A person who leaves the question wants no more steps.
+ContinueAnswer Ask_to_continue(const UnfinishedIteration& unfinished) {
+    if (The_session.AUTOMATIC) return ContinueAnswer::nobody;
     const std::vector<std::string> shown = Unfinished_lines(unfinished);
     if (The_user.user.ask_yes_no) {
         Write_lines(shown);
@@ -191,12 +215,22 @@ std::optional<bool> Ask_to_continue(const UnfinishedIteration& unfinished) {
     }
     const std::optional<bool> answer =
         AskYesNo_or_nobody("Do you want the estimation procedure to continue?");
-    if (answer && !The_user.user.ask_yes_no) Write_lines(shown);
-    return answer;
+    if (!answer)
+        return The_user.user.ask_yes_no ? ContinueAnswer::cancelled : ContinueAnswer::nobody;
+    if (!The_user.user.ask_yes_no) Write_lines(shown);
+    return *answer ? ContinueAnswer::yes : ContinueAnswer::no;
+}
+
+/// The category names of the exogenous variables of a model.
+NamesOfCategories Names_of_sources(const GLLRM& model) {
+    NamesOfCategories names;
+    for (int x = 1; x <= model.NEXOGENE; ++x)
+        names.push_back(Category_names(model.ExoNo(x).variable));
+    return names;
 }
 
 void Write_block(EstimationBlock block, const EstimatedGLLRM& estimate) {
-    Write_lines(Estimation_lines(block, estimate));
+    Write_lines(Estimation_lines(block, estimate, Names_of_sources(estimate.model)));
     Write_report("");
 }
 
@@ -228,28 +262,37 @@ void Keep_estimate(EstimatedGLLRM estimate, const EstimationChoices& choices) {
 }
 
 /// Lack of memory stops the estimate, not the program.
-Result<EstimatedGLLRM> Estimate_current_model(const ResponseTable& responses,
-                                              const EstimationChoices& choices) {
+Result<EstimatedGLLRM> Estimate_model(const GLLRM& model, const ResponseTable& responses,
+                                      const EstimationChoices& choices) {
     try {
         EstimationMemory memory;
         return Estimate_GLLRM(
-            The_items.model, responses, Settings_of(choices), memory, [] { return Stop_asked(); },
+            model, responses, Settings_of(choices), memory, [] { return Stop_asked(); },
             Ask_to_continue);
     } catch (const std::bad_alloc&) {
         return Failed{{"Biasedgammavalues not allocated"}};
     }
 }
 
-Outcome Estimate_with(EstimationChoices choices) {
+/// A model that cannot be estimated does not become the current one.
+Outcome Refuse_model(const GLLRM& model, const Failed& failed) {
+    Refuse(failed);
+    if (!Is_current(model))
+        ShowMessage("The current GLLRM stays as it was: " + Text_of_current_model());
+    return Outcome::refused;
+}
+
+/// Estimates a model of the current items, which becomes the current GLLRM.
+Outcome Estimate_with(const GLLRM& model, EstimationChoices choices) {
     const Result<ResponseTable> responses =
-        Read_responses(Cases_of_project(), The_items.model, [] { return Stop_asked(); });
-    if (!responses) return Refuse(responses.failure());
-    const std::int64_t incomplete = Incomplete_persons(*responses);
+        Read_responses(Cases_of_project(), model, [] { return Stop_asked(); });
+    if (!responses) return Refuse_model(model, responses.failure());
+    const std::int64_t incomplete = Incomplete_persons(model, *responses);
     if (!choices.incomplete_responses && incomplete > 0)
         choices.incomplete_responses = AskYesNo(fmt::format(
             "{} persons have incomplete item responses. Include incomplete item responses?",
             incomplete));
-    const std::string reason = Reason_to_estimate(choices);
+    const std::string reason = Reason_to_estimate(model, choices);
     if (reason.empty()) {
         Write_report("The same model as before");
         return Outcome::done;
@@ -259,11 +302,9 @@ Outcome Estimate_with(EstimationChoices choices) {
     Write_report("");
     SetStatus(4, "Estimating item parameters");
     SetStatus(5, "Iterating");
-    Result<EstimatedGLLRM> estimate = Estimate_current_model(*responses, choices);
-    if (!estimate) {
-        The_items.CurrentIRTparameters_ready = false;
-        return Refuse(estimate.failure());
-    }
+    Result<EstimatedGLLRM> estimate = Estimate_model(model, *responses, choices);
+    if (!estimate) return Refuse_model(model, estimate.failure());
+    if (!Is_current(model)) Set_current_model(model);
     Write_estimate(*estimate, choices.extended_output || choices.show_margins);
     if (estimate->nothing_to_estimate) {
         The_items.CurrentIRTparameters_ready = false;
@@ -278,16 +319,20 @@ Outcome Estimate_with(EstimationChoices choices) {
 
 void Enter_dialogue();
 
-/// GRM and ITA, typed in the main mode or in the dialogue.
-Outcome Analyse_items(bool with_options) {
-    const ModelLine line = Read_model_line(with_options);
-    if (!Define_model(line.terms)) return Outcome::refused;
+Outcome Analyse(const ModelLine& line) {
+    const std::optional<GLLRM> model = Defined_model(line.terms);
+    if (!model) return Outcome::refused;
     Enter_dialogue();
     EstimationChoices choices = The_estimates.choices;
     for (const int number : line.options) Apply_option(number, choices);
-    const Outcome outcome = Estimate_with(choices);
+    const Outcome outcome = Estimate_with(*model, choices);
     Tell_missing_options(line.options);
     return outcome;
+}
+
+/// GRM and ITA, typed in the main mode or in the dialogue.
+Outcome Analyse_items(bool with_options) {
+    return Analyse(Read_model_line(with_options));
 }
 
 Outcome GRM() {
@@ -299,7 +344,7 @@ Outcome ITA() {
 }
 
 Outcome ESTIMATE() {
-    return Estimate_with(The_estimates.choices);
+    return Estimate_with(The_items.model, The_estimates.choices);
 }
 
 const char* On_or_off(bool on) {
@@ -308,9 +353,8 @@ const char* On_or_off(bool on) {
 
 Outcome CURRENT() {
     const EstimationChoices& choices = The_estimates.choices;
-    const std::string text = The_current_GLLRM();
     Write_lines({
-        "The_current_GLLRM      =   " + (text.empty() ? "Rasch model" : text),
+        "The_current_GLLRM      =   " + Text_of_current_model(),
         "Convergence:                            " +
             Delta_text(static_cast<Extended>(choices.critical_Delta)),
         fmt::format("Minimum number of iterative  steps:     {}", choices.Nstep),
@@ -330,26 +374,52 @@ Outcome CURRENT() {
     return Outcome::done;
 }
 
-Outcome CONVERGENCE() {
+std::string First_word_behind_keyword() {
+    return Get_word(1, Behind_keyword(The_line.CommandLine));
+}
+
+/// A positive number as CURRENT writes it, with an exponent or without; nothing for anything else.
+std::optional<double> Positive_number(std::string_view word) {
+    if (word.starts_with('+')) word.remove_prefix(1);
     double value = 0;
-    const std::string word = Get_word(1, Behind_keyword(The_line.CommandLine));
-    const bool positive = To_real(word, value) && value > 0;
-    The_estimates.choices.critical_Delta = positive ? value : EstimationChoices{}.critical_Delta;
+    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value);
+    if (error != std::errc() || end != word.data() + word.size()) return {};
+    return std::isfinite(value) && value > 0 ? std::optional(value) : std::nullopt;
+}
+
+void Tell_default(const std::string& word, const char* wanted, const std::string& taken) {
+    ShowMessage(word.empty() ? fmt::format("Without a number {} is taken", taken)
+                             : fmt::format("{} is no {}: {} is taken", word, wanted, taken));
+}
+
+Outcome CONVERGENCE() {
+    const std::string word = First_word_behind_keyword();
+    const std::optional<double> typed = Positive_number(word);
+    const double value = typed.value_or(EstimationChoices{}.critical_Delta);
+    The_estimates.choices.critical_Delta = value;
+    if (!typed) Tell_default(word, "positive number", Delta_text(static_cast<Extended>(value)));
     return CURRENT();
 }
 
 Outcome MINIMUM() {
-    std::int32_t value = 0;
-    const std::string word = Get_word(1, Behind_keyword(The_line.CommandLine));
-    The_estimates.choices.Nstep = To_integer(word, value) && value > 0 ? value : NstepWithoutNumber;
+    const std::string word = First_word_behind_keyword();
+    const double typed = Positive_number(word).value_or(0);
+    const bool is_count =
+        typed >= 1 && typed <= std::numeric_limits<int>::max() && typed == std::floor(typed);
+    The_estimates.choices.Nstep = is_count ? static_cast<int>(typed) : NstepWithoutNumber;
+    if (!is_count) Tell_default(word, "positive whole number", std::to_string(NstepWithoutNumber));
     return CURRENT();
 }
 
 /// A choice that is turned on and off, by ON and OFF or by its name alone.
-Outcome Turn(bool EstimationChoices::*choice) {
+Outcome Turn(const char* spelling, bool EstimationChoices::*choice) {
     bool& value = The_estimates.choices.*choice;
-    const std::string word = Upper(Get_word(1, Behind_keyword(The_line.CommandLine)));
-    value = word == "ON" || (word != "OFF" && !value);
+    const std::string word = Upper(First_word_behind_keyword());
+    if (!word.empty() && word != "ON" && word != "OFF") {
+        ShowMessage(fmt::format("{} takes ON or OFF, or nothing to change it", spelling));
+        return Outcome::refused;
+    }
+    value = word.empty() ? !value : word == "ON";
     return CURRENT();
 }
 
@@ -364,8 +434,18 @@ Outcome AGAIN() {
 }
 
 Outcome ANALYSES() {
-    const std::string text = Upper(std::string(Behind_keyword(The_line.CommandLine)));
-    if (Word_count(text) > 0) return Analyse_items(true);
+    const std::string_view text = Behind_keyword(The_line.CommandLine);
+    ModelLine line;
+    for (int k = 1; k <= Word_count(text); ++k) {
+        const std::string word = Get_word(k, text);
+        std::int32_t number = 0;
+        if (!Is_digit(word[0]) || !To_integer(word, number)) {
+            ShowMessage(fmt::format("ANALYSES takes the numbers of analyses only: {}", word));
+            return Outcome::refused;
+        }
+        line.options.push_back(number);
+    }
+    if (!line.options.empty()) return Analyse(line);
     Write_report("The analyses that ITA and ANALYSES take by number:");
     for (const MenuEntry& entry : Menu)
         Write_report(fmt::format("{:>5}  {}{}", entry.number, entry.text,
@@ -439,7 +519,9 @@ constexpr const char* ItaHelp =
     "GRM, and then the analyses of these numbers. Available: 11 shows the margins of the model, "
     "16\n"
     "includes incomplete item responses, 101 gives extended output. The others answer that they\n"
-    "are not available yet; ANALYSES in the dialogue lists them.\n"
+    "are not available yet; ANALYSES in the dialogue lists them. Where items are labelled by\n"
+    "digits a word that is no number of that list is read as terms: ITA 23. Terms that look like\n"
+    "such a number are put in with a sign, ITA +12 11, or by GRM.\n"
     "\n"
     "Example: ITA AB BY 11\n"
     "\n"
@@ -455,28 +537,34 @@ Mode Dialogue() {
                        "ESTIMATE\n\nEstimates the current GLLRM, if there is a reason to."),
              Operation("CON", "CONVERGENCE", CONVERGENCE, "the convergence criterion",
                        "CONVERGENCE x\n\nThe steps end when the largest gap between an observed "
-                       "and an\nexpected margin is below x persons. Anything that is no positive "
-                       "number means 0.0001."),
-             Operation("MIN", "MINIMUM", MINIMUM, "the minimum number of iterative steps",
-                       "MINIMUM n\n\nA gap above 10 stops the iteration at every n-th step, "
-                       "cycling after n\nsteps. Anything that is no positive number means 10."),
+                       "and an\nexpected margin is below x persons: CON 0.001, CON 1e-7. For "
+                       "anything that\nis no positive number 0.0001 is taken, with a message."),
              Operation(
-                 "ORD", "ORDERED", [] { return Turn(&EstimationChoices::ordered_thresholds); },
+                 "MIN", "MINIMUM", MINIMUM, "the minimum number of iterative steps",
+                 "MINIMUM n\n\nA gap above 10 stops the iteration at every n-th step, "
+                 "cycling after n\nsteps. For anything that is no positive whole number 10 is "
+                 "taken, with a\nmessage."),
+             Operation(
+                 "ORD", "ORDERED",
+                 [] { return Turn("ORDERED", &EstimationChoices::ordered_thresholds); },
                  "ordering of thresholds on or off",
                  "ORDERED [ON | OFF]\n\nRaises parameters after the estimation until the "
                  "thresholds of each\nitem are ordered."),
              Operation(
-                 "INC", "INCOMPLETE", [] { return Turn(&EstimationChoices::incomplete_responses); },
+                 "INC", "INCOMPLETE",
+                 [] { return Turn("INCOMPLETE", &EstimationChoices::incomplete_responses); },
                  "incomplete item responses on or off",
                  "INCOMPLETE [ON | OFF]\n\nIncludes persons with responses to some of the items, "
                  "two at least,\nafter an estimate from the complete ones. A missing source of DIF "
                  "takes its\nitems, a missing item its whole component."),
              Operation(
-                 "EXT", "EXTENDED", [] { return Turn(&EstimationChoices::extended_output); },
+                 "EXT", "EXTENDED",
+                 [] { return Turn("EXTENDED", &EstimationChoices::extended_output); },
                  "extended output on or off",
                  "EXTENDED [ON | OFF]\n\nThe report has the observed and the expected margins."),
              Operation(
-                 "SUF", "SUFFICIENT", [] { return Turn(&EstimationChoices::show_margins); },
+                 "SUF", "SUFFICIENT",
+                 [] { return Turn("SUFFICIENT", &EstimationChoices::show_margins); },
                  "sufficient margins on or off",
                  "SUFFICIENT [ON | OFF]\n\nThe report has the observed and the expected margins."),
              Operation("AGA", "AGAIN", AGAIN, "the report of the current estimates",
@@ -486,7 +574,7 @@ Mode Dialogue() {
                        "CURRENT\n\nThe current GLLRM and what is chosen for its estimation."),
              Operation("ANA", "ANALYSES", ANALYSES, "analyses by number, or their list",
                        "ANALYSES\nANALYSES numbers\n\nThe list of the analyses, or ITA with the "
-                       "current model."),
+                       "current model.\n\nRefused with anything but numbers."),
              Later("MEA", "MEASUREMENT", "estimates for persons with incomplete responses"),
              Later("FIL", "FILEOUTPUT", "output on text files"),
              Later("KEE", "KEEP", "saves person estimates")},
@@ -514,6 +602,7 @@ void Register_estimation_commands() {
     At_moment(Moment::project_about_to_close, "estimates",
               [] { The_estimates = EstimationWorkspace{}; });
     At_moment(Moment::variables_changed, "estimates", Forget_estimates);
+    At_moment(Moment::data_replaced, "estimates", Forget_estimates);
     Register_command({.keyword = "GRM",
                       .run = GRM,
                       .needs = {Items_for("The GRM command requires items")},

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "rasch/items/model_text.h"
+#include "rasch/items/score_groups.h"
 #include "shell/fields.h"
 #include "tables/numbers/distributions.h"
 
@@ -64,8 +65,14 @@ std::string Category_list(NumberSet categories) {
 
 Lines Filter_lines(const EstimatedGLLRM& e) {
     const PersonFilter& filter = e.settings.filter;
-    Lines lines = {fmt::format("{} <= raw score <= {}", std::max(filter.lowest_score, 0),
-                               std::min(filter.highest_score, Largest_possible_score(e.model)))};
+    int lowest = std::max(filter.lowest_score, 0);
+    int highest = std::min(filter.highest_score, Largest_possible_score(e.model));
+    if (e.structure.by_score_groups) {
+        const ScoreGrouping& groups = e.model.groups;
+        lowest = std::max(lowest, groups.MinScore);
+        highest = std::min(highest, groups.ScoreCuts[Entry(groups.ScoreDim)]);
+    }
+    Lines lines = {fmt::format("{} <= raw score <= {}", lowest, highest)};
     std::string used;
     for (const CategoryFilter& one : filter.categories) {
         used += fmt::format(" {} = {}", Source_label(e.model, one.variable), one.low);
@@ -203,10 +210,11 @@ Lines Stop_lines(const Iteration& course) {
                                         Delta_text(stop.Delta), Reason_text(stop.reason)));
     }
     if (course.sweeps > 0)
-        lines.push_back(
-            fmt::format("The steps did not converge. {} sweeps of one table at a time, from the "
-                        "start values, followed {} steps",
-                        course.sweeps, course.steps - course.sweeps));
+        lines.push_back(fmt::format(
+            "The steps did not converge. {} sweeps of one table at a time, from {}, "
+            "followed {} steps",
+            course.sweeps, course.sweeps_go_on ? "what they had reached" : "the start values",
+            course.steps - course.sweeps));
     if (course.end.reason == IterationStop::cycling) {
         lines.push_back(
             fmt::format("Iteration was cancelled at step {} due to cycling", course.end.step));
@@ -237,9 +245,9 @@ Lines Unconverged_lines(const Iteration& course) {
 // ---- Margins
 
 /// A line of eight columns at most, those that some item of the model has.
-std::string Column_heading(int columns, int first) {
+std::string Column_heading(int columns) {
     std::string line = Blanks(LabelWidth);
-    for (int x = 0; x < columns; ++x) line += Field(x + first, 10);
+    for (int x = 0; x < columns; ++x) line += Field(x, 10);
     return line;
 }
 
@@ -253,7 +261,7 @@ int Highest_item_score(const GLLRM& model) {
 void Append_item_margins(const GLLRM& model, const ItemTable<std::int64_t>& observed,
                          const ItemTable<Extended>* expected, Lines& lines) {
     const int columns = Highest_item_score(model) + 1;
-    lines.push_back(Column_heading(columns, 0));
+    lines.push_back(Column_heading(columns));
     for (int i = 1; i <= model.NITEMS; ++i) {
         std::string line = Left(Item_title(model, i), LabelWidth);
         std::string below = Right(expected ? "expected" : "", LabelWidth);
@@ -279,12 +287,28 @@ int Columns_of(const EstimatedGLLRM& e, const FittedInteraction& table, bool pai
     return pair ? e.model.ItemNo(table.other).item_dim : table.observed.columns;
 }
 
+/// What stands above column c, from 0: the score of the other item, the score group, the name of
+/// the category where it has one.
+std::string Heading_of_column(const EstimatedGLLRM& e, const FittedInteraction& table, bool pair,
+                              const NamesOfCategories& names, int c) {
+    constexpr std::size_t Longest = 9;
+    if (pair) return fmt::format("{} = {}", e.model.ItemNo(table.other).label, c);
+    const std::size_t x = Entry(table.other - 1), category = Entry(c);
+    if (table.other > e.model.NEXOGENE) return Group_name(e.model.groups, c + 1);
+    if (x >= names.size() || category >= names[x].size() || names[x][category].empty())
+        return fmt::format("{}", c + 1);
+    return names[x][category].substr(0, Longest);
+}
+
 /// The rows of a table, a cell by `text`.
 template <class CellText>
 void Append_table(const EstimatedGLLRM& e, const FittedInteraction& table, bool pair,
-                  const CellText& text, Lines& lines) {
+                  const NamesOfCategories& names, const CellText& text, Lines& lines) {
     const int columns = Columns_of(e, table, pair);
-    lines.push_back(Column_heading(columns, pair ? 0 : 1));
+    std::string heading = Blanks(LabelWidth);
+    for (int c = 0; c < columns; ++c)
+        heading += Right(Heading_of_column(e, table, pair, names, c), 10);
+    lines.push_back(heading);
     for (int r = 0; r < e.model.ItemNo(table.item).item_dim; ++r) {
         std::string line =
             Left(fmt::format("  {} = {}", e.model.ItemNo(table.item).label, r), LabelWidth);
@@ -294,26 +318,27 @@ void Append_table(const EstimatedGLLRM& e, const FittedInteraction& table, bool 
 }
 
 void Append_interaction_margins(const EstimatedGLLRM& e, const FittedInteraction& table, bool pair,
-                                Lines& lines) {
+                                const NamesOfCategories& names, Lines& lines) {
     lines.push_back("");
     lines.push_back(Interaction_title(e, table, pair));
     Append_table(
-        e, table, pair, [&](int r, int c) { return Field(table.observed(r, c), 10); }, lines);
+        e, table, pair, names, [&](int r, int c) { return Field(table.observed(r, c), 10); },
+        lines);
     lines.push_back("  expected");
     Append_table(
-        e, table, pair,
+        e, table, pair, names,
         [&](int r, int c) { return Field(static_cast<double>(table.expected(r, c)), 10, 3); },
         lines);
 }
 
-void Append_fitted_margins(const EstimatedGLLRM& e, Lines& lines) {
+void Append_fitted_margins(const EstimatedGLLRM& e, const NamesOfCategories& names, Lines& lines) {
     const SufficientMargins& used = e.joined_margins ? *e.joined_margins : e.margins;
     Append_item_margins(e.model, used.Catmarg, &e.expected.items, lines);
-    for (const IJinfo& table : e.IJ) Append_interaction_margins(e, table, true, lines);
-    for (const IXinfo& table : e.IX) Append_interaction_margins(e, table, false, lines);
+    for (const IJinfo& table : e.IJ) Append_interaction_margins(e, table, true, names, lines);
+    for (const IXinfo& table : e.IX) Append_interaction_margins(e, table, false, names, lines);
 }
 
-Lines Margin_lines(const EstimatedGLLRM& e) {
+Lines Margin_lines(const EstimatedGLLRM& e, const NamesOfCategories& names) {
     Lines lines;
     if (e.joined_margins) {
         lines.push_back("Complete margins");
@@ -323,7 +348,7 @@ Lines Margin_lines(const EstimatedGLLRM& e) {
     } else {
         lines.push_back("Sufficient margins, observed and expected");
     }
-    Append_fitted_margins(e, lines);
+    Append_fitted_margins(e, names, lines);
     return lines;
 }
 
@@ -341,7 +366,7 @@ std::string Loglinear(Extended parameter) {
 template <class CellText>
 void Append_item_table(const GLLRM& model, const ItemTable<Extended>& eps, const CellText& text,
                        Lines& lines) {
-    lines.push_back(Column_heading(Highest_item_score(model) + 1, 0));
+    lines.push_back(Column_heading(Highest_item_score(model) + 1));
     for (int i = 1; i <= model.NITEMS; ++i) {
         std::string line = Left(Item_title(model, i), LabelWidth);
         for (int x = 0; x <= model.ItemNo(i).Item_maxscore(); ++x)
@@ -362,21 +387,22 @@ Lines Item_parameter_lines(const GLLRM& model, const ItemTable<Extended>& eps) {
 }
 
 void Append_interaction(const EstimatedGLLRM& e, const FittedInteraction& table, bool pair,
-                        Lines& lines) {
+                        const NamesOfCategories& names, Lines& lines) {
     lines.push_back("");
     lines.push_back((pair ? "Local dependence: " : "DIF: ") + Interaction_title(e, table, pair));
     Append_table(
-        e, table, pair, [&](int r, int c) { return Multiplicative(table.parameters(r, c)); },
+        e, table, pair, names, [&](int r, int c) { return Multiplicative(table.parameters(r, c)); },
         lines);
     lines.push_back(pair ? "Loglinear LD-parameters" : "Loglinear DIF-parameters");
     Append_table(
-        e, table, pair, [&](int r, int c) { return Loglinear(table.parameters(r, c)); }, lines);
+        e, table, pair, names, [&](int r, int c) { return Loglinear(table.parameters(r, c)); },
+        lines);
 }
 
-Lines Parameter_lines(const EstimatedGLLRM& e) {
+Lines Parameter_lines(const EstimatedGLLRM& e, const NamesOfCategories& names) {
     Lines lines = Item_parameter_lines(e.model, e.parameters.eps);
-    for (const IJinfo& table : e.IJ) Append_interaction(e, table, true, lines);
-    for (const IXinfo& table : e.IX) Append_interaction(e, table, false, lines);
+    for (const IJinfo& table : e.IJ) Append_interaction(e, table, true, names, lines);
+    for (const IXinfo& table : e.IX) Append_interaction(e, table, false, names, lines);
     return lines;
 }
 
@@ -397,24 +423,25 @@ std::string Step_line(const Iteration& course) {
     return fmt::format("Nstep = {}   Delta = {}", course.steps, Delta_text(course.Delta));
 }
 
-void Append_course(const EstimatedGLLRM& e, const Iteration& course, Lines& lines) {
+void Append_course(const EstimatedGLLRM& e, const Iteration& course, const NamesOfCategories& names,
+                   Lines& lines) {
     Append_lines(lines, Stop_lines(course));
     lines.push_back(Step_line(course));
     if (course.reached_critical) return;
     Append_lines(lines, Unconverged_lines(course));
     if (&course != &e.last_iteration()) return;
     lines.push_back("Fitted margins after last step:");
-    Append_fitted_margins(e, lines);
+    Append_fitted_margins(e, names, lines);
 }
 
-Lines Result_lines(const EstimatedGLLRM& e) {
+Lines Result_lines(const EstimatedGLLRM& e, const NamesOfCategories& names) {
     Lines lines = {"Estimated item parameters: complete item responses", ""};
     if (e.nothing_to_estimate) {
         lines.push_back("All items are degenerate: nothing is estimated");
         return lines;
     }
     if (e.iteration.steps > 0)
-        Append_course(e, e.iteration, lines);
+        Append_course(e, e.iteration, names, lines);
     else
         lines.push_back("All items are degenerate among complete responses");
     if (e.with_incomplete) {
@@ -426,13 +453,13 @@ Lines Result_lines(const EstimatedGLLRM& e) {
         lines.push_back("");
         lines.push_back("Estimation of GLLRM parameters: complete and incomplete item responses");
         lines.push_back("");
-        Append_course(e, *e.with_incomplete, lines);
+        Append_course(e, *e.with_incomplete, names, lines);
     } else if (e.settings.incomplete_responses) {
         lines.push_back("No incomplete responses could be used");
     }
     Append_lines(lines, Likelihood_lines(e));
     lines.push_back("");
-    Append_lines(lines, Parameter_lines(e));
+    Append_lines(lines, Parameter_lines(e, names));
     if (e.thresholds_raised) lines.push_back("Thresholds have been ordered");
     if (e.with_incomplete)
         lines.push_back("OBS: the sufficient item margins for complete records have been restored");
@@ -502,7 +529,8 @@ std::vector<std::string> Assumed_model_lines(const GLLRM& model) {
     return lines;
 }
 
-std::vector<std::string> Estimation_lines(EstimationBlock block, const EstimatedGLLRM& estimate) {
+std::vector<std::string> Estimation_lines(EstimationBlock block, const EstimatedGLLRM& estimate,
+                                          const NamesOfCategories& names) {
     switch (block) {
         case EstimationBlock::assumptions:
             return Assumption_lines(estimate);
@@ -511,9 +539,9 @@ std::vector<std::string> Estimation_lines(EstimationBlock block, const Estimated
         case EstimationBlock::stop_criteria:
             return Stop_criteria_lines(estimate);
         case EstimationBlock::result:
-            return Result_lines(estimate);
+            return Result_lines(estimate, names);
         case EstimationBlock::margins:
-            return Margin_lines(estimate);
+            return Margin_lines(estimate, names);
     }
     return {};
 }
@@ -552,7 +580,7 @@ std::optional<NestedModels> Compare_nested(const EstimatedGLLRM& current,
                                         : current.neg_loglik - previous.neg_loglik;
     nested.CLR = static_cast<double>(2 * difference);
     nested.df = extends ? current.npar - previous.npar : previous.npar - current.npar;
-    nested.p = Chi2_tail(nested.df, nested.CLR);
+    if (nested.df > 0) nested.p = Chi2_tail(nested.df, nested.CLR);
     return nested;
 }
 
@@ -571,8 +599,9 @@ std::vector<std::string> Nested_model_lines(const EstimatedGLLRM& current,
         return lines;
     }
     const EstimatedGLLRM& worse = current.converged ? previous : current;
-    lines.push_back(fmt::format("CLR = {}   df = {}   p = {}{}", Field(nested.CLR, 8, 2), nested.df,
-                                Field(nested.p, 5, 3), No_convergence_note(worse)));
+    std::string line = fmt::format("CLR = {}   df = {}", Field(nested.CLR, 8, 2), nested.df);
+    if (nested.df > 0) line += fmt::format("   p = {}", Field(nested.p, 5, 3));
+    lines.push_back(line + No_convergence_note(worse));
     return lines;
 }
 

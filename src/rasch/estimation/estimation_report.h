@@ -18,8 +18,13 @@ enum class EstimationBlock : std::uint8_t {
     margins  ///< observed and expected sufficient margins
 };
 
+/// The category names of the exogenous variables: category c of variable x at [x-1][c-1]. What is
+/// not there, or empty, has its number instead.
+using NamesOfCategories = std::vector<std::vector<std::string>>;
+
 /// The lines of one block.
-std::vector<std::string> Estimation_lines(EstimationBlock block, const EstimatedGLLRM& estimate);
+std::vector<std::string> Estimation_lines(EstimationBlock block, const EstimatedGLLRM& estimate,
+                                          const NamesOfCategories& names = {});
 
 /// The model itself: locally dependent items, components, DIF, interactions with the score.
 std::vector<std::string> Assumed_model_lines(const GLLRM& model);
@@ -35,7 +40,7 @@ struct NestedModels {
     bool same_persons = true;  ///< without it the likelihoods cannot be compared
     double CLR = 0;            ///< twice the difference of the -ln(likelihood)
     int df = 0;
-    double p = 1;
+    double p = 1;  ///< of no meaning without degrees of freedom, and not printed then
 };
 
 /// Nothing when the models have other items or sources, were fitted under other settings, or when

@@ -49,6 +49,15 @@ int Total_score(const ResponseTable& table, std::size_t p) {
     return sum;
 }
 
+/// Whether the score bounds and the score groups let a person in: who has no total score cannot be
+/// told to be outside.
+bool Within_scores(const GLLRM& model, const ModelStructure& structure, const PersonFilter& filter,
+                   int score) {
+    if (score < 0) return true;
+    if (score < filter.lowest_score || score > filter.highest_score) return false;
+    return !structure.by_score_groups || model.groups.ScoreGruppe(score) > 0;
+}
+
 bool All_present(const std::vector<std::uint8_t>& categories) {
     return std::find(categories.begin(), categories.end(), 0) == categories.end();
 }
@@ -226,16 +235,11 @@ SufficientMargins Complete_margins(const GLLRM& model, const ModelStructure& str
     for (std::size_t p = 0; p < table.size(); ++p) {
         if (!Passes(filter, table.Exo(p))) continue;
         const int score = Total_score(table, p);
+        if (!Within_scores(model, structure, filter, score)) continue;
         const std::int64_t persons = table.counts[p];
         Read_source_categories(model, structure, table.Exo(p), score, categories);
-        if (score < 0) {
+        if (score < 0 || !All_present(categories)) {
             margins.counts.Nincomplete += persons;
-            continue;
-        }
-        if (score < filter.lowest_score || score > filter.highest_score) continue;
-        if (!All_present(categories)) {
-            const bool no_group = structure.by_score_groups && categories.back() == 0;
-            if (!no_group) margins.counts.Nincomplete += persons;
             continue;
         }
         margins.counts.Nvalid += persons;
@@ -267,6 +271,7 @@ SufficientMargins Incomplete_margins(const GLLRM& model, const ModelStructure& s
         if (!Passes(filter, table.Exo(p))) continue;
         const std::uint8_t* scores = table.Scores(p);
         const int total = Total_score(table, p);
+        if (!Within_scores(model, structure, filter, total)) continue;
         Read_source_categories(model, structure, table.Exo(p), total, categories);
         if (total >= 0 && All_present(categories)) continue;
         const std::int64_t persons = table.counts[p];

@@ -84,8 +84,8 @@ struct SufficientMargins {
 /// The highest total score of a person with responses to all items; -1 without any.
 int Highest_complete_score(const ResponseTable& table);
 
-/// Margins of the persons within the filter that are complete on the items and the sources. A
-/// person whose score lies in no score group is left out when these are a source.
+/// Margins of the persons within the filter that are complete on the items and the sources. When
+/// the score groups are a source, a person whose score lies in none of them is not read at all.
 /// Cost: patterns times (items + pairs + terms).
 SufficientMargins Complete_margins(const GLLRM& model, const ModelStructure& structure,
                                    const ResponseTable& table, const PersonFilter& filter,
@@ -94,7 +94,8 @@ SufficientMargins Complete_margins(const GLLRM& model, const ModelStructure& str
 /// Margins of the useful incomplete persons: a missing source takes the items that depend on it, a
 /// missing item its whole component; two items or more must be left, with a score strictly between
 /// 0 and the sum of highest[i], the highest observed scores, over them. Score groups are missing
-/// where the total score is. Score bounds do not apply. One stratum for each set of components.
+/// where the total score is. Score bounds apply to persons with responses to all items, who may
+/// lack a source; the others have no total score. One stratum for each set of components.
 SufficientMargins Incomplete_margins(const GLLRM& model, const ModelStructure& structure,
                                      const ResponseTable& table, const PersonFilter& filter,
                                      const One_based<int, MaxItems>& highest);

@@ -40,6 +40,15 @@ void Choose_variables(int enough, const char* title) {
     if (!chosen.empty()) Read_command_line(The_line.CommandLine + " " + chosen);
 }
 
+/// The variables of the line, with a message when it is too long to be read whole.
+TypedVariables Typed_variables() {
+    TypedVariables typed = Read_variables_of_line(The_line.CommandLine, The_project);
+    if (typed.cut)
+        ShowMessage(
+            fmt::format("Only the first {} characters of the line were read", MaxTextLength));
+    return typed;
+}
+
 // ---- ITEMS
 
 Outcome Refuse_items(const std::vector<std::string>& messages) {
@@ -57,18 +66,22 @@ bool Unequal_items_are_accepted() {
 }
 
 void Report_scores(const ScoredModel& scored) {
-    Write_lines(Remarks_on_items(scored.model, scored.counts));
+    if (scored.responses_read) Write_lines(Remarks_on_items(scored.model, scored.counts));
     if (scored.counts.persons > 0) Write_report(Complete_persons_line(scored.scores));
     for (const std::string& message : scored.messages) ShowMessage(message);
     if (!scored.score_groups.ready) return;
     Write_report("");
     Write_report(Cut_line(scored.request, scored.made));
+    if (scored.request.form != CutForm::median) {  // as CUT tells them
+        if (scored.made.adjusted) Write_report("*** adjusted");
+        Write_lines(Observed_range_lines(scored.made.groups, highest_possible_score(scored.model)));
+    }
     Write_lines(Group_distribution_lines(scored.model.groups, scored.score_groups));
 }
 
 Outcome ITEMS() {
     Choose_variables(2, "Select items");
-    const TypedVariables typed = Read_variables_of_line(The_line.CommandLine, The_project);
+    const TypedVariables typed = Typed_variables();
     if (!typed.ok)
         return Refuse_items({fmt::format("\"{}\" is no variable", typed.not_understood),
                              "Items were not selected"});
@@ -112,7 +125,7 @@ void Report_exogenous(const GLLRM& model) {
 
 Outcome EXOGENOUS() {
     Choose_variables(1, "Select exogenous variables");
-    const TypedVariables typed = Read_variables_of_line(The_line.CommandLine, The_project);
+    const TypedVariables typed = Typed_variables();
     const auto refuse = [](const std::string& message) {
         Set_current_model(With_exogenous(The_items.model, {}, The_project));
         ShowMessage(message);
@@ -136,7 +149,7 @@ Outcome EXOGENOUS() {
 // ---- FLIP
 
 Outcome FLIP() {
-    const TypedVariables typed = Read_variables_of_line(The_line.CommandLine, The_project);
+    const TypedVariables typed = Typed_variables();
     const std::vector<int> items = Variables_of_items(The_items.model);
     const bool all = The_line.ParameterCount == 0;
     const bool all_are_items =
@@ -156,8 +169,10 @@ Outcome FLIP() {
     const ScoredModel scored =
         Scored(Cases_of_project(), std::move(model), The_items.cut, [] { return Stop_asked(); });
     Set_scored_model(scored);
-    Write_lines(Item_list_lines(scored.model, scored.counts));
-    Write_report("");
+    if (scored.responses_read) {
+        Write_lines(Item_list_lines(scored.model, scored.counts));
+        Write_report("");
+    }
     Report_scores(scored);
     return Outcome::done;
 }
@@ -242,15 +257,17 @@ constexpr const char* ItemsHelp =
     "the terms of the model are given up, and so is a table that holds the score #.\n"
     "\n"
     "The score of a person is the sum of the item scores, each category counting from 0; who\n"
-    "has not responded to all items has none. Two score groups are cut at the median; CUT makes\n"
-    "others.\n"
+    "has not responded to all items has none. Where the responses cannot be read the items are\n"
+    "selected all the same, and their scores are not ready. Two score groups are cut at the\n"
+    "median; CUT makes others.\n"
     "\n"
     "Example: ITE ABCDEF\n"
     "\n"
     "Exogenous variables are left out, with a message. Refused, and no items are left: fewer than\n"
     "two items, a label that is no variable, nominal variables of more than two categories, more\n"
     "than 54 items, more than 8 categories, a maximum score above 253. Unequal numbers of\n"
-    "categories are asked about; without an answer the selection goes on.";
+    "categories are asked about; without an answer the selection goes on. Of a line the first 120\n"
+    "characters are read; a message tells when there is more.";
 
 constexpr const char* ExogenousHelp =
     "EXOGENOUS variables\n"

@@ -67,7 +67,11 @@ std::vector<std::string> Reasons_against(const std::vector<int>& variables,
 TypedVariables Read_variables_of_line(std::string_view line, const ProjectDefinition& project) {
     TypedVariables typed;
     const std::string labels = Labels_of_project(project);
-    const std::string letters = One_byte_a_letter(line).substr(0, MaxTextLength);
+    const std::string whole = One_byte_a_letter(line);
+    std::string letters = whole.substr(0, MaxTextLength);
+    typed.cut = whole.find_first_not_of(' ', letters.size()) != std::string::npos;
+    if (typed.cut && Is_digit(whole[letters.size()]))
+        while (!letters.empty() && Is_digit(letters.back())) letters.pop_back();
     const std::string_view text = Behind_keyword(letters);
     const auto take = [&](int v, bool flipped) {
         if (Contains(typed.variables, v)) return;

@@ -19,9 +19,11 @@ struct TypedVariables {
     bool sets_flips = false;     ///< a "-" stands anywhere, so the flags of all are set by the line
     bool ok = true;              ///< false: something is no label; numbers above N mean nothing
     std::string not_understood;  ///< the first of it
+    bool cut = false;            ///< there is more behind the first 120 characters
 };
 
-/// Reads the first 120 characters of a line behind its keyword. "#", which is no project variable,
+/// Reads the first 120 characters of a line behind its keyword; a number that goes on behind them
+/// is not taken. "#", which is no project variable,
 /// "+" and "?" are passed over.
 TypedVariables Read_variables_of_line(std::string_view line, const ProjectDefinition& project);
 

@@ -102,6 +102,20 @@ void Set_scored_model(const ScoredModel& scored) {
     Renew_score_of_tables();
 }
 
+/// The items, their terms and the groups that stand stay; scores that were never counted make the
+/// first groups.
+void Follow_the_data() {
+    if (The_items.model.NITEMS == 0) return;
+    if (The_items.model.groups.ScoreDim == 0) {
+        Set_scored_model(Scored(Cases_of_project(), The_items.model, The_items.cut));
+        return;
+    }
+    Count_scores_anew();
+    Set_current_model(The_items.model);
+    if (!The_items.score_groups.ready) Give_up_table_of_score();
+    The_score = Score_of_tables();
+}
+
 void Count_scores_anew() {
     const Result<ResponseTable> responses = Current_responses();
     The_items.scores = responses ? Score_distribution(*responses) : ScoreDistribution();
@@ -137,6 +151,7 @@ void Register_items_lifecycle() {
     At_moment(Moment::project_read, "items", Show_items_status);
     At_moment(Moment::project_about_to_close, "items", Start_anew);
     At_moment(Moment::variables_changed, "items", Start_anew);
+    At_moment(Moment::data_replaced, "items", Follow_the_data);
 }
 
 }  // namespace tarven

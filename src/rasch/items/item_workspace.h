@@ -51,6 +51,9 @@ void Set_scored_model(const ScoredModel& scored);
 /// Counts the scores of the cases as they are now, and the persons of the groups that stand.
 void Count_scores_anew();
 
+/// After other cases of the same variables: scores are counted anew, estimates are given up.
+void Follow_the_data();
+
 /// Other groups of the same scores. The model's parameters stay unless items interact with the
 /// score.
 void Set_score_groups(const CutRequest& request, const CutGroups& made);

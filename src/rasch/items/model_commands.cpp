@@ -39,7 +39,7 @@ Outcome LLR() {
     if (Is_amendment(text)) {
         const Result<AmendedModel> amended = Amended(The_items.model, text, labels);
         if (!amended) return Refuse(amended.failure());
-        Set_current_model(amended->model);
+        if (Model_text(amended->model) != The_current_GLLRM()) Set_current_model(amended->model);
         Write_report("Changes to the current GLLRM:");
         Write_lines(amended->lines);
         if (amended->lines.empty()) Write_report("no changes");
@@ -50,7 +50,8 @@ Outcome LLR() {
         Set_current_model(*model);
         Write_report("New GLLRM: " + Text_or_Rasch_model());
     }
-    Write_report("The parameters of the current GLLRM are not ready");
+    if (!The_items.CurrentIRTparameters_ready)
+        Write_report("The parameters of the current GLLRM are not ready");
     return Outcome::done;
 }
 

@@ -21,22 +21,43 @@ std::string Word_of(char label, int variable) {
     return plain ? std::string(1, label) : " " + std::to_string(variable) + " ";
 }
 
-std::string Items_line(const GLLRM& model) {
+/// A word behind others; a blank parts them where one of them is a number.
+void Add_word(const std::string& word, std::string& line) {
+    const bool parted = line.back() == ' ' && word.front() == ' ';
+    line += parted ? word.substr(1) : word;
+}
+
+/// With 59 variables, of which 18 at most have labels that stand for something else, the words of
+/// a line without marks fit into the columns that are read.
+std::string Line_of_items(const GLLRM& model, bool with_marks) {
     std::string line = "ITEMS ";
     bool flipped = false;
     for (int i = 1; i <= model.NITEMS; ++i) {
         const Item& item = model.ItemNo(i);
-        flipped = flipped || item.FlippedItem;
-        line += (item.FlippedItem ? "-" : "") + Word_of(item.label, item.variable);
+        const bool marked = with_marks && item.FlippedItem;
+        flipped = flipped || marked;
+        if (marked) line += "-";
+        Add_word(Word_of(item.label, item.variable), line);
     }
     // A "-" in front of nothing: the flags are set all the same, and none of them is up.
     return flipped ? line : line + " -";
 }
 
+/// Items and their flags: by marks in the list, or where these make it too long by FLIP.
+std::vector<std::string> Items_lines(const GLLRM& model) {
+    std::string marked = Line_of_items(model, true);
+    if (marked.size() <= MaxTextLength) return {std::move(marked)};
+    std::string flips = "FLIP ";
+    for (int i = 1; i <= model.NITEMS; ++i)
+        if (model.ItemNo(i).FlippedItem)
+            Add_word(Word_of(model.ItemNo(i).label, model.ItemNo(i).variable), flips);
+    return {Line_of_items(model, false), std::move(flips)};
+}
+
 std::string Exogenous_line(const GLLRM& model) {
     std::string line = "EXO ";
     for (int x = 1; x <= model.NEXOGENE; ++x)
-        line += Word_of(model.ExoNo(x).label, model.ExoNo(x).variable);
+        Add_word(Word_of(model.ExoNo(x).label, model.ExoNo(x).variable), line);
     return line;
 }
 
@@ -59,7 +80,8 @@ void Add_terms(const GLLRM& model, std::vector<std::string>& lines) {
 
 std::vector<std::string> Model_file_lines(const GLLRM& model) {
     // Former exogenous variables would be kept from the items.
-    std::vector<std::string> lines = {"DIS E", Items_line(model)};
+    std::vector<std::string> lines = {"DIS E"};
+    for (std::string& line : Items_lines(model)) lines.push_back(std::move(line));
     if (model.NEXOGENE > 0) lines.insert(lines.end(), {"ASY", Exogenous_line(model)});
     if (model.ItemScoreInteractions != 0) lines.push_back(Cut_command(model.groups));
     lines.push_back("REP");

@@ -92,9 +92,9 @@ constexpr const char* CutHelp =
     "Example: CUT 0 5 10 15 48\n"
     "\n"
     "Refused, the groups staying as they were: no items, nobody with responses to all items,\n"
-    "limits that are not ascending, a cut at or above the highest possible score, a maximum above\n"
-    "it, more than 85 groups (# of more than 57 may condition but not be tested, and of more than\n"
-    "59 is no term of a model).";
+    "words, limits that are not ascending, a cut at or above the highest possible score, a\n"
+    "maximum above it, more than 85 groups (# of more than 57 may condition but not be tested,\n"
+    "and of more than 59 is no term of a model).";
 
 }  // namespace
 

@@ -12,6 +12,7 @@ namespace tarven {
 namespace {
 
 constexpr int LargestNumber = 1 << 30;
+constexpr int FewestGroups = 2, MostGroups = 10;  ///< of CUT /k
 
 /// Runs of digits of a text of any length; no number wraps.
 std::vector<int> Numbers_in(std::string_view text) {
@@ -24,6 +25,12 @@ std::vector<int> Numbers_in(std::string_view text) {
         numbers.push_back(static_cast<int>(number));
     }
     return numbers;
+}
+
+bool Has_letters(std::string_view text) {
+    return std::any_of(text.begin(), text.end(), [](char c) {
+        return (Upper(c) >= 'A' && Upper(c) <= 'Z') || static_cast<unsigned char>(c) >= 0x80;
+    });
 }
 
 Failed Invalid_cutpoints() {
@@ -146,7 +153,7 @@ Result<CutGroups> Groups_of_size(const ScoreDistribution& scores, int highest, s
 }
 
 Result<CutGroups> Groups_in_number(const ScoreDistribution& scores, int highest, int wanted) {
-    const int k = std::clamp(wanted, 2, 10);
+    const int k = std::clamp(wanted, FewestGroups, MostGroups);
     const std::int64_t persons = Persons_between(scores, 1, highest - 1, highest);
     const std::int64_t target = std::max<std::int64_t>(10, persons / (k + 1));
     return Groups_of_size(scores, highest, target, static_cast<std::size_t>(k));
@@ -158,10 +165,11 @@ Result<CutRequest> Read_cut(std::string_view parameters) {
     CutRequest request{.form = CutForm::raw_scores, .numbers = Numbers_in(parameters)};
     const std::size_t count = request.numbers.size();
     const bool empty = parameters.find_first_not_of(' ') == std::string_view::npos;
-    if (count == 0 && !empty) return Invalid_cutpoints();
-    if (count == 1 && parameters.find('/') != std::string_view::npos)
+    if (Has_letters(parameters) || (count == 0 && !empty)) return Invalid_cutpoints();
+    if (count == 1 && parameters.find('/') != std::string_view::npos) {
         request.form = CutForm::groups;
-    else if (count == 1 && parameters.find('#') != std::string_view::npos)
+        request.numbers[0] = std::clamp(request.numbers[0], FewestGroups, MostGroups);
+    } else if (count == 1 && parameters.find('#') != std::string_view::npos)
         request.form = CutForm::persons;
     else if (count == 1)
         request.form = CutForm::cutpoint;

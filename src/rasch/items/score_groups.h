@@ -25,12 +25,12 @@ enum class CutForm : std::uint8_t {
 
 struct CutRequest {
     CutForm form = CutForm::median;
-    std::vector<int> numbers;  ///< as typed; above 2^30 they are 2^30
+    std::vector<int> numbers;  ///< as typed; above 2^30 they are 2^30, k groups are 2 to 10
 };
 
 /// The request of the parameters of CUT, read whole. With a "/" and one number they ask for so many
 /// groups, else with a "#" and one number for groups of so many persons; otherwise the number of
-/// numbers decides. Signs and letters separate. Fails on parameters without a number.
+/// numbers decides. Signs separate. Fails on letters, and on parameters without a number.
 Result<CutRequest> Read_cut(std::string_view parameters);
 
 struct CutGroups {

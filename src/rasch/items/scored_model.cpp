@@ -42,6 +42,7 @@ ScoredModel Scored(const CasesAtHand& cases, GLLRM model, const CutRequest& requ
     scored.model = std::move(model);
     scored.model.groups = {};
     const Result<ResponseTable> responses = Read_responses(cases, scored.model, stop);
+    scored.responses_read = static_cast<bool>(responses);
     if (responses) {
         scored.counts = Item_counts(*responses);
         scored.scores = Score_distribution(*responses);

@@ -18,7 +18,8 @@ struct ScoredModel {
     ScoreDistribution scores;             ///< ready when somebody has responded to all items
     ScoreGroupDistribution score_groups;  ///< ready with two groups at least
     ItemCounts counts;
-    CutRequest request;  ///< that made the groups: the one asked for, or the median
+    bool responses_read = false;  ///< false: nothing is known of persons
+    CutRequest request;           ///< that made the groups: the one asked for, or the median
     CutGroups made;
     std::vector<std::string> messages;  ///< what could not be had
 };

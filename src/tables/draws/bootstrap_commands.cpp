@@ -50,6 +50,7 @@ Outcome Draw() {
     The_data.TABdata = Bootstrap_sample(b.original.TABdata, b.cases, The_stream);
     b.stream = The_stream;
     The_data.Ntabcells = static_cast<std::int32_t>(The_data.TABdata.Ncells());
+    Run_moment(Moment::data_replaced);
     Write_report(fmt::format("Bootstrap sample {}: {} cells", ++b.samples, The_data.Ntabcells));
     return Outcome::done;
 }
@@ -57,6 +58,7 @@ Outcome Draw() {
 Outcome End() {
     if (!The_bootstrap.active) return Refuse("Bootstrap samples have not been initialised");
     The_data = std::move(The_bootstrap.original);
+    Run_moment(Moment::data_replaced);
     Write_report(fmt::format("{} bootstrap samples have been drawn", The_bootstrap.samples));
     The_bootstrap = {};
     return Outcome::done;

@@ -176,8 +176,8 @@ Outcome Marginal_gammas(bool odds_ratios) {
 }
 
 void Register_gamma_commands() {
-    for (const Moment moment :
-         {Moment::workspace_reset, Moment::project_about_to_close, Moment::variables_changed})
+    for (const Moment moment : {Moment::workspace_reset, Moment::project_about_to_close,
+                                Moment::variables_changed, Moment::data_replaced})
         At_moment(moment, "gammas of the project", [] { The_project_gammas = {}; });
     The_test_analyses.local_gammas = Local_gammas;
     The_test_analyses.homogeneity = Homogeneity;

@@ -9,7 +9,7 @@ struct ProjectGammas {
     /// Where there is no gamma: nominal variables, the diagonal, pairs that cannot be tested.
     static constexpr double None = 999;
     std::vector<double> IJXgamma;  ///< of variables i and j, from 1: at (i-1) * N + j-1
-    bool ready = false;            ///< until the variables or the project graph change
+    bool ready = false;            ///< until variables, data or the project graph change
     bool marginal = false;         ///< of GAMMA M: they tell nothing of the project graph
 };
 

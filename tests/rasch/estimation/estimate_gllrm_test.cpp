@@ -220,6 +220,24 @@ TEST(Steps, ThatStickInADenseComponentGiveWayToSweeps) {
     EXPECT_NEAR(static_cast<double>(tops), 1, 1e-12);
 }
 
+TEST(Steps, ThatAreTooFewGoOnAsSweeps) {
+    const ItemSample sample = Example_items("verbal");
+    EstimationSettings settings;
+    const GLLRM model = With_terms_of(sample.model, "AB CD BY DY");
+    const EstimatedGLLRM whole = Estimate(model, sample.table, settings);
+    settings.stops.maximum_steps = 8;
+    const EstimatedGLLRM e = Estimate(model, sample.table, settings);
+    EXPECT_EQ(e.iteration.steps - e.iteration.sweeps, 8);
+    EXPECT_TRUE(e.iteration.sweeps_go_on);
+    EXPECT_TRUE(e.iteration.reached_critical);
+    EXPECT_LT(e.iteration.history[8], e.iteration.history[7]) << "they begin where the steps were";
+    EXPECT_NEAR(static_cast<double>(e.neg_loglik - whole.neg_loglik), 0, 1e-5);
+    settings.stops.maximum_steps = 17;
+    const EstimatedGLLRM close = Estimate(model, sample.table, settings);
+    EXPECT_LT(close.Delta, 0.1);
+    EXPECT_EQ(close.iteration.sweeps, 0) << "the likelihood has nothing to gain";
+}
+
 TEST(Estimates, DoNotDependOnTheOrderOfPersonsOrItems) {
     std::mt19937 random(4);
     const GLLRM model = With_terms_of(Model_of_dims({3, 3, 2, 3, 2}, {2, 3}), "AB DF EG");
@@ -426,6 +444,28 @@ TEST_F(Incomplete, RecordsCountByTheComponentsThatAreLeft) {
     EXPECT_EQ(e.margins.Catmarg[4][1], 2) << "the complete margins stay as they were";
 }
 
+TEST_F(Incomplete, RecordsAreNotThoseOfPersonsOutsideTheScores) {
+    model = With_terms_of(model, "A# CF");
+    model.groups.MinScore = 2;
+    const std::vector<std::vector<int>> persons = {
+        {1, 1, 1, 1, 1, 1, 1},   // complete
+        {0, 1, 0, 0, 0, 1, 1},   // complete, below the groups
+        {0, 1, 0, 0, 0, -1, 1},  // the same, and F missing
+        {1, 2, 1, 1, 0, -1, 1},  // F missing, within the groups
+        {-1, 1, 0, 0, 0, 1, 1},  // nobody knows its score
+        {2, 2, 1, 2, 1, 1, 1},   // above the bounds
+        {2, 2, 1, 2, 1, -1, 1}};
+    EstimationSettings settings;
+    settings.incomplete_responses = true;
+    settings.filter.highest_score = 7;
+    const EstimatedGLLRM e = Estimate(model, Table_of_persons(model, persons), settings);
+    EXPECT_EQ(e.margins.counts.Nvalid, 1);
+    EXPECT_EQ(e.margins.counts.Nincomplete, 2);
+    settings.incomplete_responses = false;
+    EXPECT_EQ(
+        Estimate(model, Table_of_persons(model, persons), settings).margins.counts.Nincomplete, 2);
+}
+
 TEST_F(Incomplete, RecordsJoinTheFit) {
     std::mt19937 random(7);
     const ResponseTable table = Persons(random);
@@ -620,10 +660,10 @@ TEST(StopRules, AContinuedStretchBeginsAnew) {
     settings.stops.maximum_steps = 3;
     std::vector<int> asked_at;
     const auto e = Estimate_GLLRM(sample.model, sample.table, settings, memory, {},
-                                  [&](const UnfinishedIteration& shown) -> std::optional<bool> {
+                                  [&](const UnfinishedIteration& shown) {
                                       EXPECT_EQ(shown.stop.reason, IterationStop::maximum_steps);
                                       asked_at.push_back(shown.stop.step);
-                                      return true;
+                                      return ContinueAnswer::yes;
                                   });
     EXPECT_EQ(asked_at, (std::vector<int>{3, 6, 9, 12, 15, 18}));
     EXPECT_EQ(e->iteration.steps, 19);
@@ -665,10 +705,10 @@ TEST(StopRules, AThousandStepsAskAndGoOn) {
     const ItemSample sample = Slow_sample();
     EstimationMemory memory;
     std::vector<StopEvent> asked;
-    const auto twice = [&](const UnfinishedIteration& shown) -> std::optional<bool> {
+    const auto twice = [&](const UnfinishedIteration& shown) {
         asked.push_back(shown.stop);
         EXPECT_GE(shown.initial_Delta, shown.smallest_Delta);
-        return asked.size() < 3;
+        return asked.size() < 3 ? ContinueAnswer::yes : ContinueAnswer::no;
     };
     EstimationSettings settings;
     settings.stops.critical_Delta = 1e-12;
@@ -693,6 +733,22 @@ TEST(StopRules, TheUserMayCancel) {
     EXPECT_TRUE(e->stopped);
     EXPECT_EQ(e->iteration.steps, 4);
     EXPECT_FALSE(e->iteration.reached_critical);
+}
+
+TEST(StopRules, AQuestionThatIsLeftCancels) {
+    const ItemSample sample = Example_items("verbal");
+    EstimationMemory memory;
+    EstimationSettings settings;
+    settings.stops.maximum_steps = 3;
+    settings.incomplete_responses = true;
+    const auto e =
+        Estimate_GLLRM(sample.model, sample.table, settings, memory, {},
+                       [](const UnfinishedIteration&) { return ContinueAnswer::cancelled; });
+    ASSERT_TRUE(e);
+    EXPECT_TRUE(e->stopped);
+    EXPECT_EQ(e->iteration.steps, 3);
+    EXPECT_EQ(e->iteration.end.reason, IterationStop::cancelled);
+    EXPECT_FALSE(e->joined_margins) << "incomplete responses are not begun with";
 }
 
 TEST(OrderedThresholds, AreOrderedAndNothingElseChanges) {

@@ -48,6 +48,31 @@ TEST_F(SmallEstimate, TellsWhichPersonsTookPart) {
     EXPECT_TRUE(Has_line(lines, "EXO filter used: C = 1 - 2 C = 1,3")) << Joined(lines);
 }
 
+TEST_F(SmallEstimate, TellsTheBoundsOfGroupsThatAreASource) {
+    model.groups = {.ScoreDim = 2, .ScoreCuts = {}, .MinScore = 1, .MaxScore = 2};
+    model.groups.ScoreCuts[1] = 1;
+    model.groups.ScoreCuts[2] = 2;
+    for (const auto& [terms, bounds] : std::vector<std::pair<std::string, std::string>>{
+             {"A#", "1 <= raw score <= 2"}, {"AC", "0 <= raw score <= 3"}}) {
+        const Lines lines = Estimation_lines(EstimationBlock::assumptions,
+                                             Estimate(With_terms_of(model, terms), table));
+        EXPECT_TRUE(Has_line(lines, bounds)) << terms << Joined(lines);
+    }
+}
+
+TEST_F(SmallEstimate, NamesTheColumnsOfItsTables) {
+    model = With_terms_of(model, "AB AC A#");
+    const EstimatedGLLRM e = Estimate(model, table);
+    const NamesOfCategories names = {{"of a very long name", "", "short"}};
+    for (const EstimationBlock block : {EstimationBlock::result, EstimationBlock::margins}) {
+        const Lines lines = Estimation_lines(block, e, names);
+        EXPECT_TRUE(Has_line(lines, "                     B = 0     B = 1")) << Joined(lines);
+        EXPECT_TRUE(Has_line(lines, "                 of a very         2     short"));
+        EXPECT_TRUE(Has_line(lines, "                       0-1       2-3"));
+    }
+    EXPECT_TRUE(Has_line(Result_of(e), "                         1         2         3"));
+}
+
 TEST_F(SmallEstimate, NamesDegenerateItems) {
     const ResponseTable same = Table_of_persons(model, {{1, 0, 1}, {1, 1, 1}, {1, 1, 2}});
     EXPECT_TRUE(Has_line_with(Estimation_lines(EstimationBlock::counts, Estimate(model, same)),
@@ -174,6 +199,18 @@ TEST(NestedModels, OfOtherPersonsAreNotCompared) {
         Has_line(lines, "The models are estimated from 6 and 7 persons: they cannot be compared"))
         << Joined(lines);
     EXPECT_FALSE(Has_line_with(lines, "CLR"));
+}
+
+TEST(NestedModels, WithoutDegreesOfFreedomHaveNoP) {
+    const GLLRM model = Model_of_dims({3, 2}, {2});
+    const ResponseTable table =
+        Table_of_persons(model, {{0, 1, 1}, {1, 0, 1}, {2, 0, 1}, {1, 1, 1}, {0, 0, 1}});
+    const EstimatedGLLRM rasch = Estimate(model, table);
+    const EstimatedGLLRM dif = Estimate(With_terms_of(model, "AC"), table);
+    const auto nested = Compare_nested(dif, rasch);
+    ASSERT_TRUE(nested);
+    EXPECT_EQ(nested->df, 0);
+    EXPECT_EQ(Nested_model_lines(dif, rasch, *nested).back(), "CLR =     0.00   df = 0");
 }
 
 TEST(NestedModels, WithoutConvergenceSaySo) {

@@ -2,12 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
+#include "project/project.h"
 #include "rasch/estimation/estimation_workspace.h"
 #include "rasch/items/item_workspace.h"
 #include "shell/mode.h"
 #include "shell/session.h"
 #include "shell/user.h"
-#include "support/session.h"
+#include "support/data_session.h"
+#include "tables/ordinal/gammas_workspace.h"
 
 namespace tarven {
 namespace {
@@ -76,6 +80,14 @@ TEST_F(GrmDialogue, AnswersInTheStreamAreAnswers) {
     EXPECT_EQ(The_estimates.current->iteration.passed.size(), 1u);
 }
 
+TEST_F(GrmDialogue, ABlankLineIsNoAnswer) {
+    Open("verbal", "ACGIMSU", "Y");
+    Run({"GRM AC AG AI CI GI", "", "GLL"});
+    ASSERT_TRUE(The_estimates.current);
+    EXPECT_GT(The_estimates.current->iteration.sweeps, 0) << "it goes on as without a user";
+    EXPECT_TRUE(The_estimates.current->iteration.reached_critical);
+}
+
 TEST_F(GrmDialogue, IncompleteResponsesAreAskedAbout) {
     Open("survey", "EPKH", "S");
     Run({"GRM", "Y"});
@@ -100,6 +112,94 @@ TEST_F(GrmDialogue, AFailedEstimateLeavesNoParametersReady) {
     EXPECT_FALSE(The_items.CurrentIRTparameters_ready);
 }
 
+using GrmOfManySources = DataSession;
+
+TEST_F(GrmOfManySources, ARefusalLeavesModelAndEstimates) {
+    Define_project({3, 3, 3, 8, 8, 8, 8, 8, 8, 8});
+    Put("x.DAT",
+        "1 2 3 1 2 1 3 1 1 1\n2 1 1 1 1 4 1 1 1 1\n3 3 2 1 1 2 1 8 1 1\n1 1 2 5 1 1 1 1 1 1\n"
+        "2 3 1 1 1 2 1 1 1 6\n2 2 2 1 3 1 1 1 7 1\n");
+    Look_for_files();
+    Run({"ITEMS ABC", "EXO *", "GRM", "GRM AB"});
+    ASSERT_TRUE(The_items.CurrentIRTparameters_ready);
+    const auto fitted = The_estimates.current->neg_loglik;
+    const std::vector<std::pair<std::string, std::string>> rows = {
+        {"GRM AD AE AF AG AH AI AJ", "Too many Gamma parameters."},
+        {"GRM +AD +AE +AF +AG +AH +AI +AJ", "Too many Gamma parameters."},
+        {"GRM +AC", "x.DAT"}};
+    for (const auto& [line, reason] : rows) {
+        if (reason == "x.DAT") std::filesystem::remove("x.DAT");
+        const Lines told = Run({line});
+        EXPECT_TRUE(Has_line_with(told, reason)) << Joined(told);
+        EXPECT_EQ(told.back(), "The current GLLRM stays as it was: AB") << line;
+        EXPECT_EQ(The_current_GLLRM(), "AB") << line;
+        EXPECT_TRUE(The_items.CurrentIRTparameters_ready) << line;
+        EXPECT_TRUE(The_estimates.previous) << line;
+        EXPECT_EQ(The_estimates.current->neg_loglik, fitted) << line;
+    }
+}
+
+TEST_F(GrmDialogue, OtherDataGiveUpTheEstimates) {
+    const std::string data = Bytes("verbal.DAT");
+    const std::string half = data.substr(0, data.find('\n', data.size() / 2) + 1);
+    const std::vector<Lines> ways = {
+        {"MAK", "Y"}, {"INP D", "Y"}, {"INP T"}, {"QV7", "QV8"}, {"QV9"}};
+    Open("verbal", "ABCDEFGHI", "Y");
+    const std::int64_t persons = The_items.scores.complete;
+    for (const Lines& way : ways) {
+        Run({"GRM AY", "GRM AB AY"});
+        ASSERT_TRUE(The_estimates.previous && The_items.CurrentIRTparameters_ready);
+        The_project_gammas.ready = true;
+        if (way[0] == "MAK") Put("verbal.DAT", half);
+        Run(way);
+        EXPECT_FALSE(The_items.CurrentIRTparameters_ready) << way[0];
+        EXPECT_FALSE(The_estimates.current || The_estimates.previous) << way[0];
+        EXPECT_FALSE(The_project_gammas.ready) << way[0];
+        if (way[0] == "MAK") {
+            EXPECT_LT(The_items.scores.complete, persons * 2 / 3);
+        }
+        EXPECT_EQ(The_current_GLLRM(), "AB AY") << "the model is the user's";
+    }
+    const Lines report = Run({"GRM"});
+    EXPECT_TRUE(Has_line_with(report, "It is a new model"));
+    EXPECT_FALSE(Has_line_with(report, "CLR"));
+}
+
+TEST_F(GrmDialogue, ChangesThatChangeNothingKeepTheEstimates) {
+    Open("verbal", "ABC", "Y");
+    Run({"GRM AB"});
+    EXPECT_FALSE(Has_line_with(Run({"LLR +AB -AC"}), "are not ready"));
+    EXPECT_TRUE(The_items.CurrentIRTparameters_ready);
+    EXPECT_EQ(Run({"GRM"}).back(), "The same model as before");
+}
+
+// The number of the question is that of the report behind it.
+TEST_F(GrmDialogue, CountsIncompletePersonsOnce) {
+    Open("survey", "EPKH", "S");
+    std::string question;
+    The_user.user.ask_yes_no = [&](const std::string& text) {
+        question = text;
+        return std::optional(true);
+    };
+    Run({"GRM PS"});
+    const std::int64_t Nincomplete = The_estimates.current->margins.counts.Nincomplete;
+    EXPECT_TRUE(question.starts_with(std::to_string(Nincomplete) + " persons have")) << question;
+}
+
+TEST_F(GrmDialogue, LeavingTheQuestionCancels) {
+    Open("verbal", "ABCDEFGHI", "Y");
+    int asked = 0;
+    The_user.user.ask_yes_no = [&](const std::string&) -> std::optional<bool> {
+        ++asked;
+        return {};
+    };
+    Run({"GRM", "CON 0.000000000000000000000001"});
+    const Lines report = Run({"EST"});
+    EXPECT_EQ(asked, 1);
+    EXPECT_TRUE(Has_line_with(report, "(cancelled by the user)"));
+    EXPECT_TRUE(The_estimates.current->stopped);
+}
+
 // GRM without terms behind LLR estimates what LLR defined; the model before is the one to compare.
 TEST_F(GrmDialogue, KeepsTheEstimateOfTheModelBefore) {
     Open("verbal", "ABCDEFGHI", "Y");
@@ -121,17 +221,56 @@ TEST_F(GrmDialogue, NonNumericChoicesHaveTheirDefaults) {
     Run({"GRM", "CON 0.5", "MIN 77"});
     EXPECT_EQ(The_estimates.choices.critical_Delta, 0.5);
     EXPECT_EQ(The_estimates.choices.Nstep, 77);
-    for (const char* wrong : {"CON", "CON x", "CON -1", "CON 1E5"}) {
-        Run({wrong});
+    for (const char* wrong :
+         {"CON", "CON x", "CON -1", "CON 0", "CON 1e999", "CON 1e", "CON nan"}) {
+        const Lines told = Run({"CON 5", wrong});
         EXPECT_EQ(The_estimates.choices.critical_Delta, 0.0001) << wrong;
+        EXPECT_TRUE(Has_line_with(told, "0.000100 is taken")) << wrong;
     }
-    for (const char* wrong : {"MIN", "MIN many", "MIN 0", "MIN 99999999999"}) {
-        Run({"MIN 77", wrong});
+    for (const char* wrong : {"MIN", "MIN many", "MIN 0", "MIN 1.5", "MIN 99999999999"}) {
+        const Lines told = Run({"MIN 77", wrong});
         EXPECT_EQ(The_estimates.choices.Nstep, 10) << wrong;
+        EXPECT_TRUE(Has_line_with(told, " 10 is taken")) << wrong;
     }
+    // As CURRENT prints them.
+    EXPECT_TRUE(Has_line_with(Run({"CON 1.00e-07"}), "1.00e-07"));
+    EXPECT_EQ(The_estimates.choices.critical_Delta, 1e-7);
+    Run({"MIN 1E2"});
+    EXPECT_EQ(The_estimates.choices.Nstep, 100);
     Run({"ORD", "ORD ON", "EXT ON", "EXT"});
     EXPECT_TRUE(The_estimates.choices.ordered_thresholds);
     EXPECT_FALSE(The_estimates.choices.extended_output);
+}
+
+TEST_F(GrmDialogue, WordsThatAreNoAnswerOfAnOperationAreRefused) {
+    Open("verbal", "ABC", "Y");
+    Run({"GRM AB"});
+    const EstimationChoices before = The_estimates.choices;
+    for (const char* wrong : {"ORD maybe", "INC 1", "EXT YES", "SUF onn"}) {
+        EXPECT_TRUE(Has_line_with(Run({wrong}), " takes ON or OFF")) << wrong;
+        EXPECT_EQ(The_estimates.choices, before) << wrong;
+    }
+    for (const char* wrong : {"ANALYSES x", "ANA 11 AC", "ANA -AB"}) {
+        EXPECT_TRUE(Has_line_with(Run({wrong}), "ANALYSES takes the numbers of analyses only"))
+            << wrong;
+        EXPECT_EQ(The_current_GLLRM(), "AB") << wrong;
+    }
+}
+
+// 23 of items 2 and 3; 12 is a number of the list of analyses.
+TEST_F(GrmDialogue, TermsOfItemsLabelledByDigitsAreNoNumbersOfTheList) {
+    Open("verbal", "ABCD", "Y");
+    for (std::size_t v = 1; v <= 4; ++v)
+        The_project.variables[v].label = static_cast<char>('0' + v);
+    Run({"ITEMS 1 2 3 4"});
+    const std::vector<std::pair<std::string, std::string>> rows = {
+        {"ITA 23 3Y 11", "23 3Y"}, {"ITA 12", "23 3Y"}, {"ITA +12 -3Y 11", "12 23"},
+        {"ITA 2334", "23 34"},     {"ITA 57", "23 34"}, {"GRM 12", "12"}};
+    for (const auto& [line, text] : rows) {
+        const Lines told = Run({line});
+        EXPECT_EQ(The_current_GLLRM(), text) << line;
+        EXPECT_EQ(Has_line_with(told, "57 is no option of ITA"), line == "ITA 57") << line;
+    }
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "project/data.h"
 #include "project/project.h"
 #include "rasch/items/item_workspace.h"
@@ -249,6 +251,60 @@ TEST_F(ItemCommandsTest, ScoresAreThoseOfTheDataThatAreThereNow) {
     EXPECT_EQ(The_items.score_groups.Count(1), 2);
     Put("x.DAT", "1 2 3\n2 2 2\n3 3 3\n3 3 3\n");
     EXPECT_TRUE(Has_line_with(Run({"SHO S"}), "4 persons, 4 with responses to all items"));
+}
+
+TEST_F(ItemCommandsTest, ScoresFollowDataThatAreReplaced) {
+    Define_project({3, 3, 3});
+    Run({"ITE ABC"});
+    Put("x.DAT", "1 2 3\n2 2 2\n3 3 3\n");
+    Look_for_files();
+    Run({"MAK"});
+    EXPECT_EQ(The_items.scores.complete, 3);
+    EXPECT_EQ(The_score.groups(), 2) << "the first groups, at the median";
+    Run({"CUT 0 1 2 6", "LLR AB"});
+    Put("x.DAT", "1 2 3\n1 1 1\n2 2 2\n");
+    The_items.CurrentIRTparameters_ready = true;
+    Run({"MAK", "Y"});
+    EXPECT_EQ(The_items.score_groups.Count(1), 1);
+    EXPECT_EQ(The_score.groups(), 3) << "groups and terms stay";
+    EXPECT_EQ(The_current_GLLRM(), "AB");
+    EXPECT_FALSE(The_items.CurrentIRTparameters_ready);
+    Run({"TAB #A"});
+    Put("x.DAT", "1 2 9\n9 3 3\n");
+    EXPECT_TRUE(Has_line_with(Run({"MAK", "Y"}), "TABLE HAS BEEN LOST")) << "nobody has a score";
+    EXPECT_EQ(The_score.groups(), 0);
+}
+
+TEST_F(ItemCommandsTest, ResponsesThatCannotBeReadAreNotMissing) {
+    Define_project({3, 3, 3});
+    Put("x.TAB", "1 2 3 1\n1 nonsense\n");
+    Look_for_files();
+    for (const std::string line : {"ITE ABC", "FLI A"}) {
+        const auto lines = Run({line});
+        EXPECT_TRUE(Has_line_with(lines, "x.TAB")) << Joined(lines);
+        EXPECT_TRUE(Has_line_with(lines, "Scores are not ready")) << line;
+        EXPECT_FALSE(Has_line_with(lines, "issing")) << Joined(lines);
+        EXPECT_EQ(Items(), "ABC");
+    }
+}
+
+TEST_F(ItemCommandsTest, FlipTellsGroupsAsCutDoes) {
+    Define_small();
+    Run({"ITE ABCD"});
+    const auto cut = Run({"CUT 1 3 6"}), flipped = Run({"FLI A", "FLI A"});
+    ASSERT_EQ(cut.at(1), "Observed:");
+    EXPECT_TRUE(std::equal(cut.rbegin(), cut.rend(), flipped.rbegin())) << Joined(flipped);
+}
+
+TEST_F(ItemCommandsTest, AListThatIsReadInPartIsTold) {
+    Define_project(std::vector<int>(54, 2));
+    Put("x.DAT", "");
+    std::string line = "ITEM";
+    for (int v = 54; v >= 1; --v) line += " " + std::to_string(v);
+    const std::string told = "Only the first 120 characters of the line were read";
+    EXPECT_TRUE(Has_line_with(Run({line}), told));
+    EXPECT_EQ(The_items.model.NITEMS, 38) << "16, which is cut in two, is not 1";
+    EXPECT_FALSE(Has_line_with(Run({line.substr(0, 118) + "  "}), told));
 }
 
 TEST_F(ItemCommandsTest, PseudoGammaTakesTheScore) {

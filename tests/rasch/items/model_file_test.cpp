@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "project/project.h"
 #include "rasch/items/item_workspace.h"
 #include "support/data_session.h"
 
@@ -63,6 +64,31 @@ TEST_F(ModelFileTest, LongModelsAreSpreadOverLines) {
     EXPECT_EQ(lines[4].substr(0, 6), "LLR +D");
     EXPECT_EQ(lines[5], "GRM");
     for (const std::string& line : lines) EXPECT_LE(line.size(), 120U) << line;
+}
+
+// A list of 54 flipped items with its marks would be longer than what ITEMS reads of a line.
+TEST_F(ModelFileTest, LongListsComeBackWhole) {
+    Define_project(std::vector<int>(58, 2));
+    Put("x.DAT", "");
+    const std::string special = "0123456789*#-+? !$";
+    std::string labels;
+    for (std::size_t k = 0; k < special.size(); ++k)
+        labels +=
+            std::string(1, special[k]) + static_cast<char>('A' + k) + static_cast<char>('a' + k);
+    for (std::size_t v = 1; v <= 58; ++v)
+        The_project.variables[v].label = v <= 54 ? labels[v - 1] : static_cast<char>('S' + v - 55);
+    for (const std::string flips :
+         {"FLI", "FLI ABCDEFGHIJKLMNOPQR", "FLI ABCDEFGHIJKLMNOPQRabcd"}) {
+        Run({"ITE *", "DIS I"});
+        for (std::size_t v = 1; v <= 54; ++v) The_items.FlippedVariable[v] = false;
+        Run({"EXO 55 56 57 58", "ITE *", flips});
+        ASSERT_EQ(The_items.model.NITEMS, 54);
+        const std::vector<std::string> before = State();
+        for (const std::string& line : Model_file_lines(The_items.model))
+            EXPECT_LE(line.size(), 120U) << line;
+        Run({"SAV R model", "Y", "DIS IE", "ITE -A-1-B", "RUN model.cmd", "EXI"});
+        EXPECT_EQ(State(), before) << Bytes("model.cmd");
+    }
 }
 
 TEST_F(ModelFileTest, ProjectFilesAndFilesThatStandAreKept) {

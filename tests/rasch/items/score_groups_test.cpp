@@ -4,6 +4,7 @@
 
 #include <random>
 
+#include "rasch/items/score_report.h"
 #include "support/item_models.h"
 #include "support/reference_figures.h"
 
@@ -95,6 +96,12 @@ std::string Cut(const std::string& parameters, const ScoreDistribution& d, int H
 
 }  // namespace
 
+TEST(ScoreGroups, TellTheNumberOfGroupsThatIsAimedAt) {
+    for (const auto& [typed, k] : std::vector<std::pair<std::string, std::string>>{
+             {"/1", "2"}, {"/7", "7"}, {"/50", "10"}, {"/99999999999", "10"}})
+        EXPECT_EQ(Cut_line(*Read_cut(typed), {}), "New score groups: " + k + " groups.") << typed;
+}
+
 // Persons at 0..8; the highest possible score is 9.
 TEST(ScoreGroups, FormsAndWhatTheyRefuse) {
     const ScoreDistribution d = Distribution({3, 5, 0, 12, 7, 9, 4, 2, 1});
@@ -120,6 +127,7 @@ TEST(ScoreGroups, FormsAndWhatTheyRefuse) {
         {"2 5 4 9", "Invalid cutpoints"},
         {"1 3 5 10", "Maximum score 10 above highest possible score 9"},
         {"abc", "Invalid cutpoints"},
+        {"3 x", "Invalid cutpoints"},  // as words alone
         {"#", "Invalid cutpoints"},
         {"/", "Invalid cutpoints"},
         {"#0", "Invalid cutpoints"},
