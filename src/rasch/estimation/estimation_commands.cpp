@@ -505,13 +505,15 @@ constexpr const char* GrmHelp =
     "The steps end at the convergence criterion. Other stops (1000 steps, a gap that does not\n"
     "change, grows, is large or comes back) put the question whether to go on; in automatic mode\n"
     "and without a user the steps go on as long as the smallest gap improves, 5000 at most. When\n"
-    "they do not converge, a model with terms is fitted by sweeps of one table at a time.\n"
+    "they do not converge, a model with terms is fitted by sweeps of one table at a time. Leaving\n"
+    "the question (Ctrl-C, Ctrl-D) ends the iteration with what it has. Other data (MAKE, INPUT D\n"
+    "or T) give the estimates up; the model stays.\n"
     "\n"
     "Example: GRM AB CD BY\n"
     "\n"
     "Refused: no items; a component of more than 1048576 response vectors; more than 1962000\n"
     "scores times cells of the sources of DIF; a term with # without score groups or with more\n"
-    "than 59; nobody with responses to all items.";
+    "than 59; nobody with responses to all items. The model and its estimates stay as they were.";
 
 constexpr const char* ItaHelp =
     "ITA terms numbers\n"

@@ -142,8 +142,8 @@ TEST_F(GrmOfManySources, ARefusalLeavesModelAndEstimates) {
 TEST_F(GrmDialogue, OtherDataGiveUpTheEstimates) {
     const std::string data = Bytes("verbal.DAT");
     const std::string half = data.substr(0, data.find('\n', data.size() / 2) + 1);
-    const std::vector<Lines> ways = {
-        {"MAK", "Y"}, {"INP D", "Y"}, {"INP T"}, {"QV7", "QV8"}, {"QV9"}};
+    const std::vector<Lines> ways = {{"MAK", "Y"},   {"INP D", "Y"}, {"INP T"},
+                                     {"QV7", "QV8"}, {"QV9"},        {"INP V"}};
     Open("verbal", "ABCDEFGHI", "Y");
     const std::int64_t persons = The_items.scores.complete;
     for (const Lines& way : ways) {
@@ -151,6 +151,7 @@ TEST_F(GrmDialogue, OtherDataGiveUpTheEstimates) {
         ASSERT_TRUE(The_estimates.previous && The_items.CurrentIRTparameters_ready);
         The_project_gammas.ready = true;
         if (way[0] == "MAK") Put("verbal.DAT", half);
+        if (way[0] == "INP V") Put("verbal.DEF", "27\n26 0 1\nTITLE\nOf one gender\n");
         Run(way);
         EXPECT_FALSE(The_items.CurrentIRTparameters_ready) << way[0];
         EXPECT_FALSE(The_estimates.current || The_estimates.previous) << way[0];
