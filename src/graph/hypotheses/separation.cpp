@@ -4,14 +4,6 @@
 
 namespace tarven {
 
-namespace {
-
-std::size_t At(int v) {
-    return static_cast<std::size_t>(v);
-}
-
-}  // namespace
-
 SeparationGraphs Separation_graphs(const ChainGraph& graph) {
     SeparationGraphs graphs;
     graphs.block_of = graph.Block;

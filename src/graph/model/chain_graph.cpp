@@ -2,14 +2,6 @@
 
 namespace tarven {
 
-namespace {
-
-std::size_t At(int v) {
-    return static_cast<std::size_t>(v);
-}
-
-}  // namespace
-
 ChainGraph New_chain_graph(const std::string& labels, int Nlevels,
                            const One_based<int, MaxVariables>& LevelEnd, EdgeStatus status) {
     ChainGraph graph;

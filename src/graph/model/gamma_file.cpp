@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "graph/sets/variable_set.h"
 #include "shell/fields.h"
 #include "shell/words.h"
 
@@ -67,6 +68,19 @@ Result<std::vector<double>> Read_gamma_file(const std::vector<std::string>& line
         }
     }
     return gammas;
+}
+
+std::vector<std::pair<int, int>> Make_symmetric(std::span<double> gammas, int nvar) {
+    std::vector<std::pair<int, int>> pairs;
+    const auto n = static_cast<std::size_t>(nvar);
+    for (int i = 1; i <= nvar; ++i)
+        for (int j = i + 1; j <= nvar; ++j) {
+            const double gamma = gammas[At(i - 1) * n + At(j - 1)];
+            double& mirrored = gammas[At(j - 1) * n + At(i - 1)];
+            if (mirrored != gamma) pairs.emplace_back(i, j);
+            mirrored = gamma;
+        }
+    return pairs;
 }
 
 }  // namespace tarven

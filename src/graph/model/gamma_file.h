@@ -2,6 +2,7 @@
 
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "shell/result.h"
@@ -18,5 +19,9 @@ std::vector<std::string> GAM_lines(std::span<const double> gammas, int nvar);
 /// mean nothing.
 Result<std::vector<double>> Read_gamma_file(const std::vector<std::string>& lines, int nvar,
                                             const std::string& name);
+
+/// Gives both gammas of a pair the value of the upper triangle; returns the pairs, i < j, whose two
+/// gammas differed.
+std::vector<std::pair<int, int>> Make_symmetric(std::span<double> gammas, int nvar);
 
 }  // namespace tarven

@@ -11,16 +11,11 @@ namespace tarven {
 
 namespace {
 
-std::size_t Slot_of(int v) {
-    return static_cast<std::size_t>(v);
-}
-
 /// Statuses of the pairs of members.
 void Copy_statuses(const ChainGraph& graph, MarginalModelRecord& model) {
     for (const int i : Members(model.members()))
         for (const int j : Members(model.members()))
-            model.SUBSTATUS[Slot_of(i)][Slot_of(j)] =
-                i == j ? std::uint8_t{Fixed} : graph.StatusOf(i, j);
+            model.SUBSTATUS[At(i)][At(j)] = i == j ? std::uint8_t{Fixed} : graph.StatusOf(i, j);
 }
 
 /// Joins the members of an incomplete boundary. Two explanatory ones are adjacent already, since
@@ -29,8 +24,7 @@ void Fill_boundary(VariableSet boundary, MarginalModelRecord& model) {
     Complete(model.THESUBGRF, boundary);
     for (const int i : Members(boundary & model.block_1))
         for (const int j : Members(boundary & ~Only(i)))
-            model.SUBSTATUS[Slot_of(i)][Slot_of(j)] = model.SUBSTATUS[Slot_of(j)][Slot_of(i)] =
-                Fixed;
+            model.SUBSTATUS[At(i)][At(j)] = model.SUBSTATUS[At(j)][At(i)] = Fixed;
 }
 
 void Collapse(const UndirectedGraph& regression, MarginalModelRecord& model) {
@@ -113,7 +107,7 @@ MarginalModelRecord MarginalModel(const ChainGraph& graph, std::span<const int> 
     }
     if (members == 0) return model;
     const int b = graph.BlockOf(Lowest(members));
-    const int last = b <= graph.Nblocks ? graph.Cutpoints[Slot_of(b)] : graph.nvar;
+    const int last = b <= graph.Nblocks ? graph.Cutpoints[At(b)] : graph.nvar;
     model.block_1 = members & Variables_between(1, last);
     model.block_2 = members & ~model.block_1;
     Copy_statuses(graph, model);

@@ -24,6 +24,16 @@ void Fill_missing_labels(ChainGraph& graph) {
         if (graph.Labels[v - 1] == '?') graph.Labels[v - 1] = The_project.variables[v].label;
 }
 
+/// Whether the graph file gives the variables the names that the project would write there.
+bool Names_are_of_project(const std::vector<std::string>& names) {
+    const std::vector<std::string> own = Names_of_variables();
+    if (names.empty()) return true;
+    if (names.size() != own.size()) return false;
+    for (std::size_t v = 0; v < names.size(); ++v)
+        if (names[v] != Written_name(own[v], static_cast<int>(v) + 1)) return false;
+    return true;
+}
+
 }  // namespace
 
 NamedGraphFile Read_graph_of_project(const std::filesystem::path& path) {
@@ -33,9 +43,11 @@ NamedGraphFile Read_graph_of_project(const std::filesystem::path& path) {
         ShowMessage(text.error);
         return {};
     }
-    NamedGraphFile read = Told_file(Read_graph_file(text.lines, name));
+    const GraphFile file = Read_graph_file(text.lines, name);
+    NamedGraphFile read = Told_file(file);
     if (!read.ok) return {};
     if (!read.whole) Fill_missing_labels(read.graph);
+    read.whole = read.whole && Names_are_of_project(file.names);
     const std::string why = Incompatibility_with_project(read.graph);
     if (why.empty()) return read;
     ShowMessage(name + ": The graph is not compatible with the project: " + why);

@@ -9,7 +9,7 @@ namespace tarven {
 /// A graph file that was read, and what the user was told of it.
 struct NamedGraphFile {
     bool ok = false;
-    bool whole = false;  ///< without a warning
+    bool whole = false;  ///< without a warning, and of the project's names where it holds names
     ChainGraph graph;
 };
 

@@ -18,10 +18,6 @@ constexpr VariableSet Bit(int v) {
     return VariableSet{1} << (v - 1);
 }
 
-std::size_t At(int v) {
-    return static_cast<std::size_t>(v);
-}
-
 VariableSet Near(const Neighbourhoods& graph, VariableSet set) {
     VariableSet near = 0;
     for (const int v : Members(set)) near |= graph[At(v)];

@@ -103,8 +103,6 @@ class PathSearch {
         return dominated;
     }
 
-    static std::size_t At(int v) { return static_cast<std::size_t>(v); }
-
     const UndirectedGraph& graph_;
     int from_, to_;
     PathDetail detail_;

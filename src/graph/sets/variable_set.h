@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <cassert>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -14,6 +15,11 @@ using VariableSet = std::uint64_t;
 using SetList = std::vector<VariableSet>;
 
 static_assert(MaxVariables < 64, "a set of variables is one word");
+
+/// The place of variable v in a table indexed from 1.
+constexpr std::size_t At(int v) {
+    return static_cast<std::size_t>(v);
+}
 
 constexpr VariableSet Only(int v) {
     assert(v >= 1 && v <= MaxVariables && "no variable");

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "graph/model/gamma_file.h"
 #include "shell/text.h"
 #include "support/graphs.h"
@@ -76,6 +78,26 @@ Lines With(std::size_t line_number, const std::string& text) {
     return lines;
 }
 
+/// The file with a line put in, which becomes that number.
+Lines With_line(std::size_t line_number, const std::string& text) {
+    Lines lines = good;
+    lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(line_number - 1), text);
+    return lines;
+}
+
+Lines Without(std::size_t line_number) {
+    Lines lines = good;
+    lines.erase(lines.begin() + static_cast<std::ptrdiff_t>(line_number - 1));
+    return lines;
+}
+
+/// The sections in the other order.
+Lines Names_first() {
+    Lines lines = good;
+    std::rotate(lines.begin() + 6, lines.begin() + 10, lines.end());
+    return lines;
+}
+
 Lines First(std::size_t count) {
     return Lines(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(count));
 }
@@ -90,12 +112,10 @@ TEST(GraphFile, TolerantReaderTakesWhatCanBeTaken) {
         Lines warnings;
     } rows[] = {
         {"labels without blanks", With(3, "ABC"), {}},
-        {"more labels than variables", With(3, "A B C D"), {}},
         {"the diagonal", With(4, "1 2 1"), {}},
         {"ends behind the matrix", First(6), {}},
         {"no names", First(10), {}},
         {"blank lines before coordinates", With(6, "1 0 3"), {}},
-        {"another section in the place of the coordinates", With(7, "PICTURES"), {}},
         {"too few labels", With(3, " A B"), {"Too few labels on GRF file:  A B   2 labels found"}},
         {"asymmetric", With(5, "2 3 1"), {"WARNING - Non-symmetrical status: BC"}},
         {"coordinates cut", First(9), {"Incomplete coordinates"}},
@@ -104,6 +124,8 @@ TEST(GraphFile, TolerantReaderTakesWhatCanBeTaken) {
          With(9, "B 3000000000 4"),
          {"error in coordinates: B 3000000000 4"}},
         {"a place of no variable", With(9, "D 3 4"), {"error in coordinates: D 3 4"}},
+        {"a section of names cut", First(12), {"Missing declaration of variable names: 1 of 3"}},
+        {"a name of no variable", With(12, "D Bread"), {"error in variable names: D Bread"}},
     };
     for (const auto& row : rows) {
         const GraphFile read = Read_graph_file(row.lines, "x.GRF");
@@ -125,6 +147,39 @@ TEST(GraphFile, TolerantReaderTakesWhatCanBeTaken) {
         << "behind the last cut point";
 }
 
+// The opening writes over a file without coordinates that was read without a warning.
+TEST(GraphFile, TolerantReaderFindsSectionsAndTellsWhatItPassesOver) {
+    const ChainGraph whole = Read_graph_file(good, "x.GRF").graph;
+    const struct {
+        Lines lines;
+        std::string passed_over;  ///< empty: everything was read
+    } rows[] = {
+        {Names_first(), ""},
+        {With_line(7, "  "), ""},
+        {With_line(11, " "), ""},
+        {With_line(7, "# drawn by hand"), "line 7: # drawn by hand"},
+        {With_line(7, "1 0 3"), "line 7: 1 0 3"},
+        {With_line(11, "D 7 8"), "line 11: D 7 8"},
+        {With_line(11, "COORDINATES"), "line 11: COORDINATES"},
+        {With_line(15, "D Dread"), "line 15: D Dread"},
+        {With(1, "3 2 of May"), "line 1: 3 2 of May"},
+        {With(2, "1 3 3"), "line 2: 1 3 3"},
+        {With(3, "A B C D"), "line 3: A B C D"},
+        {With(4, "3 2 1 1"), "line 4: 3 2 1 1"},
+        {With(9, "B -3 4 red"), "line 9: B -3 4 red"},
+    };
+    for (const auto& row : rows) {
+        const GraphFile read = Read_graph_file(row.lines, "x.GRF");
+        ASSERT_TRUE(read.ok) << read.error;
+        EXPECT_EQ(read.graph, whole) << Joined(row.lines);
+        EXPECT_EQ(read.names, (Lines{"Age", "Bread", "C"})) << Joined(row.lines);
+        const std::string told = "x.GRF holds what was passed over, " + row.passed_over;
+        EXPECT_EQ(read.warnings, row.passed_over.empty() ? Lines{} : Lines{told});
+    }
+    EXPECT_EQ(Read_graph_file(With(7, "PICTURES"), "x.GRF").warnings,
+              Lines{"x.GRF holds what was passed over, line 7: PICTURES (and 3 more)"});
+}
+
 TEST(GraphFile, NeitherReaderTakesADamagedFile) {
     const std::string values = ": 3 status values from 0 to 255 are needed, not: ";
     const struct {
@@ -143,7 +198,8 @@ TEST(GraphFile, NeitherReaderTakesADamagedFile) {
         {With(1, "0 0"), "levels: 0 0", "Invalid input of number of variables and levels: 0 0"},
         {With(1, "-3 2"), "levels: -3 2", "Invalid input of number of variables and levels: -3 2"},
         {With(1, "3 4"), "levels: 3 4", "Invalid input of number of variables and levels: 3 4"},
-        {With(1, "99999999999 2"), "levels: 99999999999 2", "substring 1: 99999999999 <> "},
+        {With(1, "99999999999 2"), "levels: 99999999999 2",
+         "substring 1: 99999999999 <> a number above 2147483647"},
         {With(2, "3 1"), "Incorrect specification of recursive levels: 3 1",
          "Incorrect specification of recursive levels: 3 1"},
         {With(2, "3 3"), "recursive levels: 3 3", "recursive levels: 3 3"},
@@ -163,6 +219,9 @@ TEST(GraphFile, NeitherReaderTakesADamagedFile) {
         {With(5, "2 3 99999999999"), "line 5" + values, "line 5" + values},
         {With(5, "2 3 0 0"), "", "line 5" + values + "2 3 0 0"},
         {With(5, "2 3 1"), "", "Asymmetrical status matrix: BC"},
+        {With_line(7, "1 0 3"), "",
+         "x.GRF, line 7: COORDINATES or VARIABLES may follow here, not: 1 0 3"},
+        {With_line(15, "# by hand"), "", "may follow here, not: # by hand"},
     };
     for (const auto& row : rows) {
         const GraphFile tolerant = Read_graph_file(row.lines, "x.GRF");
@@ -183,7 +242,10 @@ TEST(GraphFile, StrictReaderTellsWhatItMended) {
     } rows[] = {
         {First(6), {no_names}},
         {First(8), {"Incomplete set of coordinates", missing, no_names}},
-        {With(9, "B 3"), {"error in coordinates: B 3", missing, no_names}},
+        {With(9, "B 3"), {"error in coordinates: B 3", missing}},
+        {With(9, "B 3 4 5"), {"error in coordinates: B 3 4 5", missing}},
+        {Without(10), {"Incomplete set of coordinates", missing}},
+        {Names_first(), {}},
         {First(12), {"Missing declaration of variable names: 1 of 3"}},
         {With(13, "Bread"), {"error in variable names: Bread"}},
     };
@@ -210,6 +272,12 @@ TEST(GammaFile, WhatIsWrittenReadsBack) {
     ASSERT_TRUE(read);
     EXPECT_EQ(*read, (std::vector<double>{999, 0.123, -1, 0.123, 999, 999, -1, 999, 999}));
     EXPECT_EQ(GAM_lines(*read, 3), lines);
+}
+
+TEST(GammaFile, ThePairsWithTwoGammasAreNamed) {
+    std::vector<double> gammas = {999, .1, .2, .1, 999, .3, 999, .4, 999};
+    EXPECT_EQ(Make_symmetric(gammas, 3), (std::vector<std::pair<int, int>>{{1, 3}, {2, 3}}));
+    EXPECT_EQ(gammas, (std::vector<double>{999, .1, .2, .1, 999, .3, .2, .3, 999}));
 }
 
 TEST(GammaFile, RefusesWhatIsNoMatrixOfTheProject) {
