@@ -2,6 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <optional>
+#include <string>
+#include <string_view>
+
 #include "graph/hypotheses/graph_gammas.h"
 #include "graph/hypotheses/graph_gammas_report.h"
 #include "graph/hypotheses/max_edges.h"
@@ -15,6 +19,7 @@
 #include "shell/report.h"
 #include "shell/session.h"
 #include "shell/user.h"
+#include "shell/variable_lists.h"
 #include "shell/words.h"
 #include "tables/independence/case_strata.h"
 #include "tables/ordinal/gamma_commands.h"
@@ -26,7 +31,8 @@ namespace {
 
 RunControl Progress_of_gammas() {
     return {[](std::int64_t steps) { ShowProgress(0, steps, 1, "Partial gamma coefficients", ""); },
-            [] { return StepProgress(); }, [] { HideProgress(); }, The_session.jobs};
+            [] { return StepProgress(); }, [] { HideProgress(); }, The_session.jobs,
+            [] { return Stop_asked(); }};
 }
 
 Outcome Stopped() {
@@ -54,19 +60,40 @@ Outcome GAMMA() {
     return Partial_gammas(*packed, odds_ratios);
 }
 
-bool Asks_for_max_edges() {
-    return Upper(Get_word(2, The_line.CommandLine)) == "MAXEDGES";
+/// What stands behind MAXEDGES, or its beginning of four letters and more, a number written close
+/// to it included; nothing when the line names pairs.
+std::optional<std::string> Max_edges_typed(const std::string& line) {
+    const std::string typed(Behind_keyword(line));
+    const std::string word = Get_word(1, typed);
+    constexpr std::string_view Option = "MAXEDGES", Shortest = "MAXE";
+    const std::string letters = Upper(word.substr(0, word.find_first_of("0123456789+-.")));
+    if (letters.size() < Shortest.size() || !Option.starts_with(letters)) return std::nullopt;
+    return typed.substr(typed.find(word) + letters.size());
 }
 
-Outcome DELETE_MAXEDGES() {
-    if (The_line.NumericCount != 1 || The_line.NumericParameters[0] < 0 ||
-        The_line.NumericParameters[0] > MaxVariables) {
-        ShowMessage("DELETE MAXEDGES needs a number: the most neighbours that a variable may keep");
+/// MAX 4 can be the pairs MA and X4: they are taken, and the option is named.
+void Tell_option_meant() {
+    const std::string& line = The_line.CommandLine;
+    const std::string word = Upper(Get_word(2, line));
+    const bool number = String_type(Get_word(3, line)) == StringType::integer;
+    const bool alone = word == "MAX" && number && Word_count(line) == 3;
+    const bool close =
+        word.starts_with("MAX") && String_type(word.substr(3)) == StringType::integer;
+    if (alone || (close && Word_count(line) == 2))
+        ShowMessage("MAX is read as variables. The option is MAXEDGES, or MAXE");
+}
+
+Outcome DELETE_MAXEDGES(const std::string& behind) {
+    std::int32_t m = 0;
+    if (!To_integer(behind, m) || m < 0 || m > MaxVariables) {
+        ShowMessage(
+            fmt::format("DELETE MAXEDGES needs a number, 0 to {}: the most neighbours that a "
+                        "variable may keep",
+                        MaxVariables));
         return Outcome::refused;
     }
     const Result<PackedCases> packed = Pack_cases(Cases_of_project(), [] { return Stop_asked(); });
     if (!packed) return Refuse(packed.failure());
-    const int m = The_line.NumericParameters[0];
     const Simplification found = Simplify_graph(*packed, The_graph.model, m, Progress_of_gammas());
     Write_lines(Simplification_lines(found, The_graph.model.Labels));
     if (found.stopped) return Stopped();
@@ -79,7 +106,9 @@ Outcome DELETE_MAXEDGES() {
 }
 
 Outcome DELETE() {
-    return Asks_for_max_edges() ? DELETE_MAXEDGES() : Revise_pairs_of_line(Absent);
+    if (const auto behind = Max_edges_typed(The_line.CommandLine)) return DELETE_MAXEDGES(*behind);
+    Tell_option_meant();
+    return Revise_pairs_of_line(Absent);
 }
 
 }  // namespace
@@ -117,7 +146,10 @@ void Register_graph_gamma_commands() {
              "time: of the variable with the most neighbours the edge with the smallest absolute\n"
              "partial gamma under the model that is left. Fixed edges and edges without a gamma\n"
              "stay. Every step is shown, and nothing is removed before a question is answered\n"
-             "with yes.\n\nExample: DEL AB CD, DEL A*, DEL MAXEDGES 4",
+             "with yes. A first word of four to eight letters of MAXEDGES is this option, with a\n"
+             "number behind it or close to it; the variables M, A, X and E are written M AXE. MAX "
+             "4\n"
+             "means the pairs MA and X4.\n\nExample: DEL AB CD, DEL A*, DEL MAXEDGES 4",
              PairsHelp)});
 }
 

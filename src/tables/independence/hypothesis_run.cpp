@@ -29,8 +29,10 @@ std::int64_t Steps(std::size_t count, const TestSettings& settings) {
 class RunStop {
   public:
     explicit RunStop(const StopCheck& asked) : asked_(asked) {}
-    bool Now() {
-        if (!stopped_ && asked_ && asked_()) stopped_ = true;
+    bool Now() { return Now(asked_); }
+    /// Another question with the same meaning.
+    bool Now(const StopCheck& question) {
+        if (!stopped_ && question && question()) stopped_ = true;
         return stopped_;
     }
     bool Was() const { return stopped_; }
@@ -99,7 +101,8 @@ std::vector<TestedHypothesis> Run_list(
         RandomStream own = stream;
         DrawMemory memory;
         bool cut = false;
-        const StopCheck check = !control.stop ? StopCheck{} : [&] { return cut = stop.Now(); };
+        const StopCheck& question = control.within ? control.within : control.stop;
+        const StopCheck check = !question ? StopCheck{} : [&] { return cut = stop.Now(question); };
         try {
             for (std::size_t k = next++; k < count; k = next++) {
                 if (stop.Now()) return;

@@ -41,7 +41,9 @@ struct RunControl {
     std::function<void(std::int64_t steps)> begin;  ///< once a run, with the questions to come
     StopCheck stop;                                 ///< after each replicate and each hypothesis
     std::function<void()> end;
-    int jobs = 1;  ///< threads; a list whose hypotheses draw from one stream uses a single one
+    int jobs = 1;      ///< threads; a list whose hypotheses draw from one stream uses a single one
+    StopCheck within;  ///< the question between parts of a hypothesis that are no steps of the run;
+                       ///< without it they ask `stop`
 };
 
 /// Tests one hypothesis with the stream as it stands. Without simulation no slice is stored.

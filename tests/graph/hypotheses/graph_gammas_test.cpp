@@ -77,6 +77,15 @@ TEST_F(GraphGammaSession, DoNotDependOnTheNumberOfThreads) {
     EXPECT_TRUE(cut.stopped);
     EXPECT_EQ(cut.pairs[0].gamma, one.pairs[0].gamma);
     EXPECT_FALSE(cut.pairs.back().defined());
+    // The progress display counts the pairs, each of which may have many hypotheses.
+    std::int64_t steps = 0, asked_to_step = 0;
+    int parts = 0;
+    Gammas_of_graph(cases, graph, pairs,
+                    {.begin = [&](std::int64_t count) { steps = count; },
+                     .stop = [&] { return ++asked_to_step < 0; },
+                     .within = [&] { return ++parts < 0; }});
+    EXPECT_EQ(asked_to_step, steps);
+    EXPECT_GT(parts, steps);
 }
 
 TEST_F(GraphGammaSession, OfUntestedHypothesesDoNotEnterTheMean) {
@@ -199,9 +208,25 @@ TEST_F(GraphGammaSession, MaxEdgesAsksBeforeItChangesTheModel) {
     EXPECT_TRUE(The_project_gammas.ready);
     EXPECT_TRUE(The_graph.model.revised);
     EXPECT_EQ(The_graph.history.back(), "The model was revised: MAXEDGES 6 (DELETE)");
-    for (const std::string line : {"DEL MAXEDGES", "DEL MAXEDGES 60", "DEL MAXEDGES 1 2"})
+    for (const std::string line :
+         {"DEL MAXEDGES", "DEL MAXEDGES 60", "DEL MAXEDGES 1 2", "DEL MAXEDGES 4294967298",
+          "DEL MAXEDGES -1", "DEL MAXEDGES-1", "DEL MAXEDGES 2.5", "DEL maxe x", "DEL MAXED"})
         EXPECT_TRUE(Has_line_with(Run({line}), "needs a number")) << line;
-    EXPECT_TRUE(Has_line_with(Run({"DEL MAXEDGES 8"}), "Simplificationn stops after 0 steps"));
+    for (const std::string line : {"DEL MAXEDGES 8", "DEL MAXEDGES8", "DEL maxe 8", "DEL MAXEDG8"})
+        EXPECT_TRUE(Has_line_with(Run({line}), "Simplificationn stops after 0 steps")) << line;
+}
+
+TEST_F(GraphGammaSession, MaxWithANumberMeansVariablesAndSaysSo) {
+    Open("verbal");  // M, A and X are labels
+    const int X = static_cast<int>(The_graph.model.Labels.find('X')) + 1, M = 13;
+    for (const std::string line : {"DEL MAX 4", "DEL MAX4"}) {
+        Run({"NEW 2"});
+        const Lines said = Run({line});
+        EXPECT_EQ(said[0], "MAX is read as variables. The option is MAXEDGES, or MAXE") << line;
+        EXPECT_EQ(The_graph.model.StatusOf(1, M), Absent);
+        EXPECT_EQ(The_graph.model.StatusOf(4, X), Absent);
+    }
+    EXPECT_FALSE(Has_line_with(Run({"DEL MAXB"}), "The option"));
 }
 
 }  // namespace
