@@ -60,6 +60,25 @@ std::optional<fs::path> Find_file(const fs::path& wanted) {
     return found;
 }
 
+std::string Why_no_file(const fs::path& path) {
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    if (error == std::errc::too_many_symbolic_link_levels)
+        return Path_text(path) + " is a link that leads back to itself";
+    switch (status.type()) {
+        case fs::file_type::none:
+        case fs::file_type::not_found:
+        case fs::file_type::regular:
+            return "";
+        case fs::file_type::directory:
+            return Path_text(path) + " is a folder";
+        case fs::file_type::fifo:
+            return Path_text(path) + " is a pipe";
+        default:
+            return Path_text(path) + " is no file";
+    }
+}
+
 fs::path Existing_or(const fs::path& wanted) {
     return Find_file(wanted).value_or(wanted);
 }

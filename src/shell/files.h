@@ -16,6 +16,10 @@ namespace tarven {
 /// exact name first, then the first in byte order). Nothing when there is none.
 std::optional<std::filesystem::path> Find_file(const std::filesystem::path& wanted);
 
+/// Why what stands under a name is no file that can be read, "NAME is a folder"; empty when a file
+/// or nothing stands there.
+std::string Why_no_file(const std::filesystem::path& path);
+
 /// Find_file, or `wanted` itself: the path a file has, or that it would be written to.
 std::filesystem::path Existing_or(const std::filesystem::path& wanted);
 

@@ -44,10 +44,18 @@ void Revise_pair(EdgeRevision& revision, TypedPair pair, EdgeStatus status) {
 
 }  // namespace
 
+std::string Part_read(std::string_view text) {
+    const std::string whole = One_byte_a_letter(text);
+    std::string part = whole.substr(0, MaxTextLength);
+    if (part.size() < whole.size() && Is_digit(whole[part.size()]))
+        while (!part.empty() && Is_digit(part.back())) part.pop_back();
+    return part;
+}
+
 // As String_to_variables reads it, except that a number stays what it is: there 260 would be
 // variable 4, and the number behind the last variable "*".
 std::vector<int> Typed_places(std::string_view whole, std::string_view labels) {
-    const std::string text = One_byte_a_letter(whole).substr(0, MaxTextLength);
+    const std::string text = Part_read(whole);
     std::vector<int> places;
     for (std::size_t at = 0; at < text.size();) {
         if (Is_digit(text[at])) {
@@ -101,6 +109,10 @@ ExplanatoryRevision Fix_explanatory(const ChainGraph& graph) {
     }
     for (int i = before + 1; i <= graph.nvar; ++i)
         for (int j = i + 1; j <= graph.nvar; ++j) Set_status(revision.graph, i, j, Fixed);
+    if (revision.graph.Status == graph.Status) {
+        revision.reason = NotFixed::all_fixed_already;
+        return revision;
+    }
     revision.graph.revised = true;
     return revision;
 }

@@ -21,9 +21,13 @@ struct TypedPair {
     bool operator==(const TypedPair&) const = default;
 };
 
+/// What is read of a list of variables: its first 120 characters, less a number that goes on behind
+/// them.
+std::string Part_read(std::string_view text);
+
 /// The variables that a text names, by label or by number, in the order written: EveryOther for
 /// "*", and numbers of no variable as they are, those above 999 as 999. Nothing when a character is
-/// no label. Reads the first 120 characters.
+/// no label. Reads no more than Part_read.
 std::vector<int> Typed_places(std::string_view text, std::string_view labels);
 
 /// The pairs in the text behind the keyword of a line, two by two, an odd last one dropped. Nothing
@@ -56,7 +60,7 @@ EdgeRevision Revise_edges(const ChainGraph& graph, const std::vector<TypedPair>&
                           EdgeStatus status);
 
 /// Why the edges of the last block cannot be fixed.
-enum class NotFixed : std::uint8_t { fixed, one_block, one_variable };
+enum class NotFixed : std::uint8_t { fixed, one_block, one_variable, all_fixed_already };
 
 struct ExplanatoryRevision {
     ChainGraph graph;

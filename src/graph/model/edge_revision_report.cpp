@@ -48,6 +48,8 @@ std::string Explanatory_message(NotFixed reason) {
             return "The model has only one recursive block";
         case NotFixed::one_variable:
             return "The model has only one explanatory variable";
+        case NotFixed::all_fixed_already:
+            return "No change: the edges in the last block are fixed already";
         default:
             return "Explanatory variables: edges in the last block were fixed";
     }

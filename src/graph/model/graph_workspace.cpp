@@ -66,8 +66,16 @@ ChainGraph Reordered(const ChainGraph& graph, const std::vector<int>& numbers,
     return result;
 }
 
-/// Other variables, or other blocks. A graph of as many variables in the same blocks stays; its
-/// labels, and the order of its variables, follow theirs.
+/// The graph keeps its statuses in the blocks that the project has now.
+void Take_blocks_of_project(ChainGraph& graph) {
+    const ChainGraph blocks = New_project_graph(Free);
+    graph.Nblocks = blocks.Nblocks;
+    graph.Cutpoints = blocks.Cutpoints;
+    graph.Block = blocks.Block;
+}
+
+/// Other variables, or other blocks. A graph of as many variables stays unless the user wants a new
+/// one for new blocks; its blocks, labels and the order of its variables follow theirs.
 void Follow_the_variables() {
     ChainGraph& model = The_graph.model;
     if (!Graph_defined()) return;  // the opening reads it, or makes one
@@ -77,12 +85,14 @@ void Follow_the_variables() {
         ShowMessage(" Graph will be initialized");
         return Start_new_graph();
     }
-    if (!Has_blocks_of_project(model) && AskYesNo("New recursive structure. Create new graph"))
+    const bool new_blocks = !Has_blocks_of_project(model);
+    if (new_blocks && AskYesNo("New recursive structure. Create new graph"))
         return Start_new_graph();
-    if (model.Labels == labels) return;
-    model = Reordered(model, numbers, labels);
-    The_graph.original = Reordered(The_graph.original, numbers, labels);
+    if (!new_blocks && model.Labels == labels) return;
+    if (model.Labels != labels) model = Reordered(model, numbers, labels);
+    if (new_blocks) Take_blocks_of_project(model);
     The_graph.changed = true;
+    The_graph.loss_told = false;
 }
 
 }  // namespace
@@ -103,7 +113,7 @@ void Adopt_model(const ChainGraph& model, const std::string& history_line) {
 
 void Start_model(const ChainGraph& model, bool file_is_whole) {
     The_graph = {};
-    The_graph.model = The_graph.original = model;
+    The_graph.model = model;
     The_graph.file_is_whole = file_is_whole;
     The_project_gammas = {};
 }

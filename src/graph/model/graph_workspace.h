@@ -11,11 +11,10 @@ namespace tarven {
 /// The graph of the project, as commands read and revise it.
 struct GraphWorkspace {
     ChainGraph model;                  ///< nvar is 0 without a project
-    ChainGraph original;               ///< the model as the opening, or another structure, gave it
     std::vector<std::string> history;  ///< "The model was revised: AB (ADD)", the oldest first
     bool changed = false;              ///< since it was read or saved: the exit asks to save it
     bool loss_told = false;            ///< the exit has said that the changes are not saved
-    bool file_is_whole = false;        ///< the GRF file was read to its end without a warning
+    bool file_is_whole = false;        ///< nothing is lost when the GRF file is written over
 };
 
 inline GraphWorkspace The_graph;
@@ -30,7 +29,7 @@ extern const Need NeedsGraph;
 /// its revised flag.
 void Adopt_model(const ChainGraph& model, const std::string& history_line);
 
-/// Puts a model read or made anew into the workspace, with its copy and an empty history.
+/// Puts a model read or made anew into the workspace, with an empty history.
 void Start_model(const ChainGraph& model, bool file_is_whole);
 
 /// A graph of the project's variables and blocks, every pair of that status. Its source is

@@ -9,8 +9,10 @@
 #include "graph/model/graph_workspace.h"
 #include "project/project.h"
 #include "shell/command_table.h"
+#include "shell/limits.h"
 #include "shell/parsed_line.h"
 #include "shell/report.h"
+#include "shell/text.h"
 #include "shell/user.h"
 #include "shell/variable_lists.h"
 
@@ -21,7 +23,7 @@ namespace {
 /// "The model was revised: AB (ADD)".
 std::string History_line() {
     const Command* command = Find_command(The_line.CommandNumber);
-    const std::string parameters(Behind_keyword(The_line.CommandLine));
+    const std::string parameters = Part_read(Behind_keyword(The_line.CommandLine));
     const std::string spelling = command ? command->spelling : The_line.Keyword;
     return "The model was revised: " +
            (parameters.empty() ? spelling : fmt::format("{} ({})", parameters, spelling));
@@ -50,12 +52,21 @@ Outcome XPLANATORY() {
 
 }  // namespace
 
+void Tell_unread_places(std::string_view text) {
+    const std::string whole = One_byte_a_letter(text);
+    const auto rest = whole.find_first_not_of(' ', Part_read(text).size());
+    if (rest != std::string::npos)
+        ShowMessage(fmt::format("A list of variables ends after {} characters. Not read: {}",
+                                MaxTextLength, Printable(whole.substr(rest))));
+}
+
 Outcome Revise_pairs_of_line(EdgeStatus status) {
     const std::vector<TypedPair> pairs = Typed_pairs(The_line.CommandLine, The_graph.model.Labels);
     if (pairs.empty()) {
         ShowMessage("Failure: " + The_line.CommandLine);
         return Outcome::refused;
     }
+    Tell_unread_places(Behind_keyword(The_line.CommandLine));
     const EdgeRevision revision = Revise_edges(The_graph.model, pairs, status);
     for (const std::string& message : Edge_revision_messages(revision)) ShowMessage(message);
     if (!revision.changed) return Outcome::done;
@@ -66,9 +77,10 @@ Outcome Revise_pairs_of_line(EdgeStatus status) {
 
 const char* const PairsHelp =
     "Variables are named two by two, by label or by number: ABCD and 1 2 3 4 mean the pairs AB\n"
-    "and CD; an odd last one is dropped. A* means A with every other variable. A pair that has\n"
-    "the status already is told, and the next one follows; so is a variable with itself. The\n"
-    "change lasts until the project closes: SAVE keeps it on the GRF file, and the end asks.\n"
+    "and CD; an odd last one is dropped. A* means A with every other variable. A list ends after\n"
+    "120 characters; what stands behind is told and not read. A pair that has the status already\n"
+    "is told, and the next one follows; so is a variable with itself. The change lasts until the\n"
+    "project closes: SAVE keeps it on the GRF file, and the end asks.\n"
     "Gamma coefficients of the model before are given up.\n\n"
     "Refused without a graph, for an unknown label and for fewer than two variables.";
 
@@ -114,7 +126,7 @@ void Register_revision_commands() {
                               "Fixes the edges between all variables of the last block, which are\n"
                               "purely explanatory: the model is conditional on them.\n\n"
                               "Changes nothing when there is one block, or one variable in the\n"
-                              "last."});
+                              "last, or when these edges are fixed already."});
 }
 
 }  // namespace tarven

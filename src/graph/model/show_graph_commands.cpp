@@ -10,6 +10,7 @@
 #include "graph/model/graph_workspace.h"
 #include "graph/model/marginal_model_report.h"
 #include "graph/model/named_graph_workspace.h"
+#include "graph/model/revision_commands.h"
 #include "project/project.h"
 #include "shell/commands.h"
 #include "shell/files.h"
@@ -44,13 +45,15 @@ void Write_comparison(const NamedGraph& one, const NamedGraph& other) {
 NamedGraphFile Graph_named(const std::string& name) {
     const auto found = Find_file(Text_path(name));
     if (found) return Read_graph_strictly(*found);
-    ShowMessage(Printable(name) + " does not exist");
+    const std::string why = Why_no_file(Text_path(name));
+    ShowMessage(why.empty() ? Printable(name) + " does not exist" : why);
     return {};
 }
 
 void Compare_with_saved() {
     const auto found = Find_file(The_project.files.GRF.path);
-    if (!found) return ShowMessage("No GRF file");
+    const std::string why = found ? "" : Why_no_file(The_project.files.GRF.path);
+    if (!found) return ShowMessage(why.empty() ? "No GRF file" : why);
     const NamedGraphFile saved = Read_graph_of_project(*found);
     if (!saved.ok) return;
     Write_underlined("Comparison of the current model and the model saved on the GRF file");
@@ -78,10 +81,12 @@ void SHOW_G_COMPARE() {
 /// SHOW G MARGINAL and a list of variables.
 void SHOW_G_MARGINAL() {
     const std::string_view word = Behind_keyword(Behind_keyword(The_line.CommandLine));
-    const std::vector<int> variables = Typed_places(Behind_keyword(word), The_graph.model.Labels);
+    const std::string_view list = Behind_keyword(word);
+    const std::vector<int> variables = Typed_places(list, The_graph.model.Labels);
     const bool known = std::all_of(variables.begin(), variables.end(),
                                    [](int v) { return v >= 1 && v <= The_graph.model.nvar; });
     if (variables.empty() || !known) return ShowMessage("Failure: " + The_line.CommandLine);
+    Tell_unread_places(list);
     Write_lines(Marginal_model_lines(The_graph.model, MarginalModel(The_graph.model, variables)));
 }
 

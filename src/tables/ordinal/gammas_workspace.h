@@ -11,6 +11,7 @@ struct ProjectGammas {
     std::vector<double> IJXgamma;  ///< of variables i and j, from 1: at (i-1) * N + j-1
     bool ready = false;            ///< until variables, data or the project graph change
     bool marginal = false;         ///< of GAMMA M: they tell nothing of the project graph
+    bool from_file = false;        ///< of a GAM file, which may be one of another model
 };
 
 inline ProjectGammas The_project_gammas;

@@ -6,12 +6,15 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 
+#include "graph/model/gamma_file.h"
 #include "graph/model/graph_file.h"
 #include "graph/model/graph_workspace.h"
 #include "graph/model/placement.h"
 #include "project/open_project.h"
 #include "project/project.h"
+#include "shell/files.h"
 #include "shell/report.h"
 #include "shell/session.h"
 #include "shell/user.h"
@@ -60,7 +63,6 @@ TEST_F(GraphSession, OpeningReadsTheFileOrBeginsWithAllEdges) {
     Run({"OPE x", "Y"});
     EXPECT_EQ(The_graph.model.source, GraphSource::GRF_file);
     EXPECT_EQ(Status(2, 3), Prevented);
-    EXPECT_EQ(The_graph.original, The_graph.model);
     EXPECT_EQ(Bytes("x.GRF"), Whole_file());
     EXPECT_FALSE(The_graph.changed);
 }
@@ -79,14 +81,21 @@ TEST_F(GraphSession, OpeningByHandCompletesAFileThatWasReadWhole) {
     const struct {
         std::string file;
         bool completed;
-    } rows[] = {{without, true},
-                {Whole_file(), false},
-                {Whole_file().substr(0, Whole_file().size() - 7), false},  // coordinates cut
-                {"3 2\n1 3\nA B C \n3 2 1\n1 3 0\n1 0 3\n", false},        // asymmetric
-                {"3 2\n1 3\nA B\n3 2 1\n2 3 0\n1 0 3\n", false},           // a label missing
-                {"3 2\n1 3\nA B D\n3 2 1\n2 3 0\n1 0 3\n", false},         // another project
-                {"3 2\n1 3\n", false},
-                {std::string("\0\xFF\x01 2", 5), false}};
+    } rows[] = {
+        {without, true},
+        {Whole_file(), false},
+        {Whole_file().substr(0, Whole_file().size() - 7), false},  // coordinates cut
+        {"3 2\n1 3\nA B C \n3 2 1\n1 3 0\n1 0 3\n", false},        // asymmetric
+        {"3 2\n1 3\nA B\n3 2 1\n2 3 0\n1 0 3\n", false},           // a label missing
+        {"3 2\n1 3\nA B D\n3 2 1\n2 3 0\n1 0 3\n", false},         // another project
+        {"3 2\n1 3\n", false},
+        // What its own lines would not hold again.
+        {without + "VARIABLES\nA var1\nB var2\nC var3\n", true},
+        {without + "VARIABLES\nA Age\nB var2\nC var3\n", false},
+        {without + "VARIABLES\nA var1\nB var2\nC var3\nCOORDINATES\nA 1 2\nB 3 4\nC 5 6\n", false},
+        {without + "# by hand\n", false},
+        {without + "1 0 3\n", false},
+        {std::string("\0\xFF\x01 2", 5), false}};
     for (const auto& row : rows) {
         Put("x.GRF", row.file);
         The_session.AUTOMATIC = true;
@@ -123,9 +132,45 @@ TEST_F(GraphSession, AFileOfAnotherGraphLeavesTheGraphBeforeIt) {
     fs::remove(folder / "x.GRF");
     EXPECT_EQ(Run({"INP G"}), Lines{"No GRAPH file."});
     EXPECT_EQ(Run({"SHO G COM"}), Lines{"No GRF file"});
-    ASSERT_EQ(mkfifo((folder / "x.GRF").c_str(), 0600), 0);
-    EXPECT_EQ(Run({"INP G"}), Lines{"No GRAPH file."}) << "a pipe is no graph";
     EXPECT_EQ(The_graph.model, before);
+}
+
+TEST_F(GraphSession, WhatStandsInThePlaceOfAFileIsTold) {
+    Open();
+    const struct {
+        const char* why;
+        std::function<void(const fs::path&)> put;
+    } rows[] = {
+        {" is a folder", [](const fs::path& at) { fs::create_directory(at); }},
+        {" is a pipe", [](const fs::path& at) { ASSERT_EQ(mkfifo(at.c_str(), 0600), 0); }},
+        {" is a link that leads back to itself",
+         [](const fs::path& at) { fs::create_symlink(at.filename(), at); }},
+    };
+    for (const auto& row : rows) {
+        const fs::path GRF = folder / "x.GRF", GAM = folder / "x.GAM";
+        row.put(GRF);
+        for (const char* line : {"INP G", "SHO G COM", "REA x.GRF", "SHO G COM x.GRF"}) {
+            const Lines said = Run({line});
+            EXPECT_EQ(said.size(), 1U) << line;
+            EXPECT_TRUE(said[0].ends_with(std::string("x.GRF") + row.why)) << said[0];
+        }
+        The_session.AUTOMATIC = true;
+        ASSERT_TRUE(Open_project_at_start("x"));
+        The_session.AUTOMATIC = false;
+        EXPECT_NE(fs::symlink_status(GRF).type(), fs::file_type::regular)
+            << "nothing is written there" << row.why;
+        const Lines opened = Run({"OPE x", "Y"});
+        EXPECT_TRUE(Has_line_with(opened, std::string("x.GRF") + row.why));
+        EXPECT_TRUE(Has_line_with(opened, "x.GRF is not used. The graph has all edges"));
+        fs::remove(GRF);
+        Put("x.GRF", Whole_file());
+        row.put(GAM);
+        EXPECT_TRUE(Has_line_with(Run({"REA G"}), std::string("x.GAM") + row.why));
+        EXPECT_TRUE(Has_line_with(Run({"OPE x", "Y"}),
+                                  row.why + std::string(": no gamma values are read")));
+        fs::remove(GAM);
+        fs::remove(GRF);
+    }
 }
 
 TEST_F(GraphSession, MissingLabelsAreThoseOfTheProject) {
@@ -161,7 +206,6 @@ TEST_F(GraphSession, ARevisionIsRememberedAndGivesUpTheGammas) {
     EXPECT_EQ(The_graph.history, Lines{"The model was revised: BC (ADD)"});
     EXPECT_TRUE(The_graph.model.revised && The_graph.changed);
     EXPECT_FALSE(The_project_gammas.ready);
-    EXPECT_EQ(The_graph.original.StatusOf(2, 3), Prevented) << "the copy is that of the opening";
 
     const struct {
         const char* line;
@@ -178,6 +222,28 @@ TEST_F(GraphSession, ARevisionIsRememberedAndGivesUpTheGammas) {
     Run({"XPL"});
     EXPECT_EQ(Status(2, 3), Fixed);
     EXPECT_EQ(The_graph.history.back(), "The model was revised: XPLANATORY");
+    Have_gammas();
+    The_graph.changed = false;
+    const Lines history = The_graph.history;
+    EXPECT_EQ(Run({"XPL"}), Lines{"No change: the edges in the last block are fixed already"});
+    EXPECT_TRUE(The_project_gammas.ready && !The_graph.changed);
+    EXPECT_EQ(The_graph.history, history);
+}
+
+TEST_F(GraphSession, PairsBehindColumn120AreTold) {
+    Open(Whole_file());
+    const std::string blanks(120 - 4, ' ');
+    EXPECT_EQ(
+        Run({"FIX AB" + blanks + "C A B C"}),
+        (Lines{"A list of variables ends after 120 characters. Not read: A B C", "Fixed: AB"}));
+    EXPECT_EQ(The_graph.history.back().find(" A B C"), std::string::npos);
+    // A number that goes on behind them is not read as its beginning.
+    EXPECT_EQ(Run({"ADD 1" + blanks + "  2 1"})[0],
+              "A list of variables ends after 120 characters. Not read: 1");
+    EXPECT_EQ(Run({"ADD 1 2" + blanks + "12"})[0],
+              "A list of variables ends after 120 characters. Not read: 12");
+    EXPECT_TRUE(Has_line_with(Run({"SHO G MAR A C" + blanks + "  B"}), "Not read: B"));
+    EXPECT_FALSE(Has_line_with(Run({"ADD AB" + blanks + "     "}), "Not read"));
 }
 
 TEST_F(GraphSession, SaveAsksBeforeItOverwrites) {
@@ -193,6 +259,10 @@ TEST_F(GraphSession, SaveAsksBeforeItOverwrites) {
     EXPECT_EQ(Read_graph_file({"3 2", "1 3", "A B C", "3 2 1", "2 3 2", "1 2 3"}, "").graph.GRF,
               The_graph.model.GRF);
     EXPECT_TRUE(Has_line_with(Run({"SHO G COMPARE"}), "no pair differs"));
+    // The letters of a name are no letters of SAVE.
+    EXPECT_EQ(Run({"SAV my.grf", "Y"})[0],
+              "SAVE takes no name of a file: my.grf. SAVE alone writes x.GRF, SAVE G writes x.GAM");
+    EXPECT_FALSE(Exists("x.GAM"));
 }
 
 // A FILES section, or a link, may give the graph the name of another file of the project.
@@ -207,6 +277,41 @@ TEST_F(GraphSession, NeverWritesOverDefinitionsOrData) {
     EXPECT_TRUE(Has_line_with(Run({"SAV G"}), "no graph is written there"));
     EXPECT_EQ(Bytes("x.DAT"), data);
     EXPECT_TRUE(Bytes("x.VAR").starts_with("3\nA 1"));
+
+    Put("x.DEF", "3\n");
+    for (const std::string name : {"DEF", "VAR", "CAT", "DAT", "SYS", "TAB", "EXA", "BEL"}) {
+        fs::remove(folder / "x.GAM");
+        Run({"OPE x", "Y", "N"});
+        if (!Exists("x." + name)) Put("x." + name, "other data\n");
+        const std::string before = Bytes("x." + name);
+        fs::create_symlink("x." + name, folder / "x.GAM");
+        Have_gammas();
+        EXPECT_TRUE(Has_line_with(Run({"SAV G"}), "no graph is written there")) << name;
+        EXPECT_EQ(Bytes("x." + name), before) << name;
+    }
+}
+
+TEST_F(GraphSession, GraphAndGammasAreNotWrittenOverEachOther) {
+    Put_project();
+    Put("x.DEF", "3\nFILES\nG x.GAM\n");
+    const auto save = [&] {
+        Have_gammas();
+        EXPECT_TRUE(Has_line_with(Run({"SAV G"}), "no graph is written there"));
+        EXPECT_TRUE(Has_line_with(Run({"SAV", "Y"}), "no graph is written there"));
+    };
+    Run({"OPE x"});
+    save();
+    EXPECT_FALSE(Exists("x.GAM")) << "nor is the file made that both names mean";
+    Put("x.GAM", Whole_file());
+    Run({"OPE x", "Y"});
+    save();
+    EXPECT_EQ(Bytes("x.GAM"), Whole_file());
+    Put_project();
+    fs::rename(folder / "x.GAM", folder / "x.GRF");
+    fs::create_symlink("x.GRF", folder / "x.GAM");
+    Run({"OPE x", "Y"});
+    save();
+    EXPECT_EQ(Bytes("x.GRF"), Whole_file());
 }
 
 TEST_F(GraphSession, TheExitAsksToSaveAChangedGraphAndCanBeCancelled) {
@@ -222,7 +327,8 @@ TEST_F(GraphSession, TheExitAsksToSaveAChangedGraphAndCanBeCancelled) {
     EXPECT_EQ(Bytes("x.GRF"), Whole_file());
 
     The_session.QuitRequested = false;
-    Run({"OPE x", "Y", "N", "PRE AB", "EXI", "Y"});
+    EXPECT_TRUE(Has_line_with(Run({"OPE x", "Y", "N", "PRE AB", "EXI", "Y"}),
+                              "The graph was saved on x.GRF"));
     EXPECT_TRUE(The_session.QuitRequested);
     EXPECT_NE(Bytes("x.GRF").find("\n3 0 1\n"), std::string::npos) << Bytes("x.GRF");
     The_session.QuitRequested = false;
@@ -253,10 +359,18 @@ TEST_F(GraphSession, TheGraphFollowsItsVariables) {
     EXPECT_EQ(Status(1, 2), Absent);
     EXPECT_EQ(Status(1, 3), Free);
     EXPECT_EQ(The_graph.model.coordinates[3], (NodePlace{3, 4}));
+    // With No the statuses stay, in the project's blocks: what is saved can be opened.
+    Run({"SAV", "Y"});
     const ChainGraph before = The_graph.model;
     Put_project("ADB", "1\n3\n");
     Run({"INP V", "N"});
-    EXPECT_EQ(The_graph.model, before);
+    EXPECT_EQ(The_graph.model.Status, before.Status);
+    EXPECT_EQ(The_graph.model.coordinates, before.coordinates);
+    EXPECT_EQ(Incompatibility_with_project(The_graph.model), "");
+    EXPECT_EQ(The_graph.model.Nblocks, 1);
+    EXPECT_TRUE(The_graph.changed);
+    Run({"SAV", "Y"});
+    EXPECT_EQ(Run({"INP G"}), Lines{"The graph was read from x.GRF"});
     Put_project("ADB", "2\n2 3\n");
     Run({"INP V", "Y"});
     EXPECT_EQ(The_graph.model, New_project_graph(Free));
@@ -273,10 +387,20 @@ TEST_F(GraphSession, GammasAreWrittenAndReadWithTheirFile) {
               Lines{"Partial gamma coefficients were recalculated and saved on x.GAM"});
     const std::string saved = Bytes("x.GAM");
     EXPECT_EQ(saved, "    999  0.100  0.200\n  0.100    999  0.300\n  0.200  0.300    999\n");
-    The_project_gammas = {};
-    EXPECT_EQ(Run({"REA G", "SAV G"})[0],
+    Run({"GAM M"});
+    EXPECT_EQ(Run({"REA G"})[0],
               "Gamma values from x.GAM .They may not be consistent with the current model.");
-    EXPECT_EQ(Bytes("x.GAM"), saved) << "the second time byte for byte";
+    EXPECT_FALSE(The_project_gammas.marginal) << "SHOW G lists those of the file";
+    EXPECT_EQ(GAM_lines(The_project_gammas.IJXgamma, 3), Read_text_file(folder / "x.GAM").lines);
+    // They may be of another model: SAVE G says that it calculated what it saves.
+    Run({"SAV G"});
+    EXPECT_NE(Bytes("x.GAM"), saved);
+    Run({"GAM"});
+    EXPECT_EQ(GAM_lines(The_project_gammas.IJXgamma, 3), Read_text_file(folder / "x.GAM").lines);
+
+    Put("x.GAM", "999 .1 .2\n.1 999 .3\n.2 999 999\n");
+    EXPECT_TRUE(
+        Has_line_with(Run({"REA G"}), "WARNING - Non-symmetrical gamma values on x.GAM: BC"));
     Put("x.GAM", "999 0.1\n0.1 999\n");
     EXPECT_EQ(Run({"REA G"}), Lines{"x.GAM is not compatible with the project graph"});
     EXPECT_TRUE(The_project_gammas.ready) << "those before stay";
