@@ -56,7 +56,6 @@ struct Recurrence {
 struct Iteration {
     int steps = 0;   ///< in all, sweeps included
     int sweeps = 0;  ///< of one table at a time, behind the literal steps; 0: there were none
-    bool sweeps_go_on = false;      ///< from what the steps had reached, not from the start values
     std::vector<Extended> history;  ///< Delta of each step
     Extended Delta = 0;             ///< of the last step, before its update
     Extended smallest_Delta = 0;
@@ -66,6 +65,7 @@ struct Iteration {
     std::vector<Recurrence> recurrences;
     Extended neg_loglik = 0;  ///< -ln(likelihood) at its end
     bool reached_critical = false;
+    bool sweeps_go_on = false;  ///< from what the steps had reached, not from the start values
 };
 
 /// What a user is shown before the question whether to go on.
