@@ -1,8 +1,10 @@
 #include "tables/independence/case_strata.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <numeric>
+#include <utility>
 
 #include "tables/table/tabulate.h"
 
@@ -23,6 +25,13 @@ struct KeyOfStratum {
     std::vector<Word> words;     ///< ascending; those without conditioning variables left out
     std::uint64_t involved = 0;  ///< bit v-1 of every variable of the hypothesis
     PackedCases::Place x, y;
+    /// Where the conditioning variables stand; neighbours in a word are one piece.
+    struct Piece {
+        PackedCases::Place place;
+        int bits;
+    };
+    std::vector<Piece> pieces;  ///< ascending
+    int bits = 0;               ///< of all of them
 };
 
 KeyOfStratum Key_of(const PackedCases& packed, const Hypothesis& row, const TestedPair& pair) {
@@ -36,14 +45,120 @@ KeyOfStratum Key_of(const PackedCases& packed, const Hypothesis& row, const Test
         if (key.words.empty() || key.words.back().word != place.word)
             key.words.push_back({place.word, 0});
         key.words.back().mask |= place.mask << place.shift;
+        const int bits = std::popcount(place.mask);
+        key.bits += bits;
+        KeyOfStratum::Piece* last = key.pieces.empty() ? nullptr : &key.pieces.back();
+        if (!last || last->place.word != place.word ||
+            static_cast<int>(last->place.shift) + last->bits != static_cast<int>(place.shift)) {
+            key.pieces.push_back({place, bits});
+            continue;
+        }
+        last->place.mask |= place.mask << last->bits;
+        last->bits += bits;
     }
     return key;
 }
 
+/// Ascending order of the bits from `from` on, `bits` of them: counting sorts of one digit after
+/// another, the lowest first.
+void Sort_by_bits(std::vector<std::uint64_t>& keys, std::vector<std::uint64_t>& scratch, int from,
+                  int bits) {
+    constexpr int MostDigitBits = 11;
+    if (keys.empty() || bits == 0) return;
+    const int passes = (bits + MostDigitBits - 1) / MostDigitBits;
+    const int width = (bits + passes - 1) / passes;
+    const std::uint64_t digit_mask = (std::uint64_t{1} << width) - 1;
+    std::array<std::uint32_t, std::size_t{1} << MostDigitBits> place;
+    scratch.resize(keys.size());
+    for (int pass = 0; pass < passes; ++pass) {
+        const int shift = from + pass * width;
+        const auto digit = [&](std::uint64_t key) { return key >> shift & digit_mask; };
+        place.fill(0);
+        for (const std::uint64_t key : keys) ++place[digit(key)];
+        if (place[digit(keys[0])] == keys.size()) continue;
+        std::uint32_t before = 0;
+        for (std::uint32_t& one : place) before += std::exchange(one, before);
+        for (const std::uint64_t key : keys) scratch[place[digit(key)]++] = key;
+        keys.swap(scratch);
+    }
+}
+
+/// Puts the patterns of a hypothesis into groups of the same conditions. Where conditions and the
+/// number of a pattern fit into one word, these words are sorted, which is several times faster
+/// than what any number of words needs: a hash table, and a sort of the groups.
 class Grouping {
   public:
     Grouping(const PackedCases& packed, const KeyOfStratum& key, StrataMemory& memory)
         : packed_(packed), key_(key), memory_(memory) {}
+
+    /// Groups the patterns that the hypothesis uses, and finds the informative groups in the order
+    /// of a table's slices. Returns the cases of all these patterns.
+    std::int64_t Find_strata() {
+        const auto number_bits = static_cast<int>(std::bit_width(packed_.patterns()));
+        if (key_.bits + number_bits <= 64) {
+            const std::int64_t cases = Sort_narrow(number_bits);
+            Take_informative();
+            return cases;
+        }
+        const std::int64_t cases = Group();
+        Sort_patterns();
+        Take_informative();
+        std::sort(memory_.strata.begin(), memory_.strata.end(),
+                  [this](std::uint32_t a, std::uint32_t b) { return Before(a, b); });
+        return cases;
+    }
+
+    std::span<const std::uint32_t> Patterns_of(std::uint32_t group) const {
+        return {memory_.sorted.data() + memory_.begin[group],
+                memory_.sorted.data() + memory_.begin[group + 1]};
+    }
+
+    int Category(const PackedCases::Place& place, std::size_t pattern) const {
+        return static_cast<int>(packed_.keys[pattern * packed_.words + place.word] >> place.shift &
+                                place.mask);
+    }
+
+  private:
+    static constexpr std::uint32_t None = UINT32_MAX;
+
+    /// Sorts words of conditions, the last variable highest, and below them `number_bits` of the
+    /// pattern's number.
+    std::int64_t Sort_narrow(int number_bits) {
+        std::int64_t cases = 0;
+        memory_.keys.clear();
+        for (std::size_t k = 0; k < packed_.patterns(); ++k) {
+            if (packed_.missing[k] & key_.involved) continue;
+            cases += packed_.counts[k];
+            const std::uint64_t* pattern = packed_.keys.data() + k * packed_.words;
+            std::uint64_t narrow = 0;
+            int at = number_bits;
+            for (const auto& [place, bits] : key_.pieces) {
+                narrow |= (pattern[place.word] >> place.shift & place.mask) << at;
+                at += bits;
+            }
+            memory_.keys.push_back(narrow | k);
+        }
+        Sort_by_bits(memory_.keys, memory_.scratch, number_bits, key_.bits);
+        memory_.sorted.clear();
+        memory_.begin.clear();
+        const std::uint64_t number = (std::uint64_t{1} << number_bits) - 1;
+        std::uint64_t before = 0;
+        for (const std::uint64_t key : memory_.keys) {
+            const bool again = !memory_.sorted.empty() && ((key ^ before) & ~number) == 0;
+            if (!again) memory_.begin.push_back(static_cast<std::uint32_t>(memory_.sorted.size()));
+            memory_.sorted.push_back(static_cast<std::uint32_t>(key & number));
+            before = key;
+        }
+        memory_.begin.push_back(static_cast<std::uint32_t>(memory_.sorted.size()));
+        return cases;
+    }
+
+    /// The groups in which X and Y both vary.
+    void Take_informative() {
+        memory_.strata.clear();
+        for (std::uint32_t g = 0; g + 1 < memory_.begin.size(); ++g)
+            if (Informative(g)) memory_.strata.push_back(g);
+    }
 
     /// Gives every pattern that the hypothesis uses its group; returns their cases.
     std::int64_t Group() {
@@ -76,29 +191,6 @@ class Grouping {
         begin.erase(begin.begin());
         begin.push_back(static_cast<std::uint32_t>(memory_.sorted.size()));
     }
-
-    /// The groups in which X and Y both vary, in the order of a table's slices: the last
-    /// conditioning variable, in the highest bits, counts most.
-    void Order_strata() {
-        memory_.strata.clear();
-        for (std::uint32_t g = 0; g < memory_.first.size(); ++g)
-            if (Informative(g)) memory_.strata.push_back(g);
-        std::sort(memory_.strata.begin(), memory_.strata.end(),
-                  [this](std::uint32_t a, std::uint32_t b) { return Before(a, b); });
-    }
-
-    std::span<const std::uint32_t> Patterns_of(std::uint32_t group) const {
-        return {memory_.sorted.data() + memory_.begin[group],
-                memory_.sorted.data() + memory_.begin[group + 1]};
-    }
-
-    int Category(const PackedCases::Place& place, std::size_t pattern) const {
-        return static_cast<int>(packed_.keys[pattern * packed_.words + place.word] >> place.shift &
-                                place.mask);
-    }
-
-  private:
-    static constexpr std::uint32_t None = UINT32_MAX;
 
     std::uint32_t Group_of(std::size_t k) {
         const std::size_t last = memory_.slots.size() - 1;
@@ -260,9 +352,7 @@ StrataFound For_each_stratum(const PackedCases& packed, const Hypothesis& row, S
     const KeyOfStratum key = Key_of(packed, row, pair);
     Grouping grouping(packed, key, memory);
     StrataFound found;
-    found.cases = grouping.Group();
-    grouping.Sort_patterns();
-    grouping.Order_strata();
+    found.cases = grouping.Find_strata();
     for (const std::uint32_t stratum : memory.strata) {
         memory.counts.Shape(packed.DIM[At(pair.X)], packed.DIM[At(pair.Y)]);
         for (const std::uint32_t k : grouping.Patterns_of(stratum))
@@ -283,7 +373,7 @@ GammaFromCases Gamma_from_cases(const PackedCases& packed, const Hypothesis& row
     if (!Gamma_is_defined(packed, pair.X, pair.Y)) return result;
     double P = 0, Q = 0, V = 0;
     result.found = For_each_stratum(packed, row, memory, [&](const TwoWayTable& counts) {
-        const GammaRecord gamma = Gamma_of_table(counts);
+        const GammaRecord gamma = Gamma_without_p(counts);
         P += gamma.P;
         Q += gamma.Q;
         V += gamma.V;

@@ -51,12 +51,14 @@ Result<PackedCases> Pack_cases(const CasesAtHand& cases, const StopCheck& stop =
 
 /// Working memory of a pass, kept from one hypothesis to the next. One for each thread.
 struct StrataMemory {
-    std::vector<std::uint32_t> slots;   ///< hash table of groups, counted from 1; 0 is free
-    std::vector<std::uint32_t> group;   ///< of each pattern
-    std::vector<std::uint32_t> first;   ///< pattern of each group that came first
-    std::vector<std::uint32_t> begin;   ///< of each group in `sorted`
-    std::vector<std::uint32_t> sorted;  ///< patterns, those of a group together
-    std::vector<std::uint32_t> strata;  ///< informative groups in their order
+    std::vector<std::uint64_t> keys;     ///< narrow keys of patterns, each above its number
+    std::vector<std::uint64_t> scratch;  ///< of their sort
+    std::vector<std::uint32_t> slots;    ///< hash table of groups, counted from 1; 0 is free
+    std::vector<std::uint32_t> group;    ///< of each pattern
+    std::vector<std::uint32_t> first;    ///< pattern of each group that came first
+    std::vector<std::uint32_t> begin;    ///< of each group in `sorted`
+    std::vector<std::uint32_t> sorted;   ///< patterns, those of a group together
+    std::vector<std::uint32_t> strata;   ///< informative groups in their order
     TwoWayTable counts;
 };
 

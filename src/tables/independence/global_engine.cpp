@@ -14,7 +14,7 @@ void Add_stratum(StrataSums& sums, const TwoWayTable& counts, const ExpectedTabl
     sums.statistic += Sum_of_statistic(counts, expected, rule);
     sums.df += Degrees_of_freedom(counts);
     if (!has_gamma) return;
-    const GammaRecord gamma = Gamma_of_table(counts);
+    const GammaRecord gamma = Gamma_without_p(counts);
     sums.P += gamma.P;
     sums.Q += gamma.Q;
     sums.V += gamma.V;

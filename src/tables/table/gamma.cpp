@@ -1,5 +1,6 @@
 #include "tables/table/gamma.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -29,6 +30,47 @@ Concordance Count_pairs(const TwoWayTable& counts, std::int64_t* column) {
     return {2 * (concordant + discordant), 2 * (concordant - discordant)};
 }
 
+/// S(i, j): the cases of rows 1..i and columns 1..j of a table, with an edge of zeros.
+struct QuadrantSums {
+    const std::int64_t* sums;
+    std::size_t pitch;
+    int R, C;
+
+    std::int64_t S(int i, int j) const {
+        return sums[static_cast<std::size_t>(i) * pitch + static_cast<std::size_t>(j)];
+    }
+    std::int64_t concordant(int i, int j) const {
+        return S(i - 1, j - 1) + S(R, C) - S(i, C) - S(R, j) + S(i, j);
+    }
+    std::int64_t discordant(int i, int j) const {
+        return S(i - 1, C) - S(i - 1, j) + S(R, j - 1) - S(i, j - 1);
+    }
+};
+
+/// Tables up to this many sums, edges included, need no memory of their own.
+constexpr std::size_t SmallTable = 81;
+
+/// The sums stand in `few` when they have room there, else in `many`.
+QuadrantSums Quadrant_sums(const TwoWayTable& counts, std::array<std::int64_t, SmallTable>& few,
+                           std::vector<std::int64_t>& many) {
+    const std::size_t pitch = static_cast<std::size_t>(counts.columns) + 1;
+    const std::size_t size = (static_cast<std::size_t>(counts.rows) + 1) * pitch;
+    if (size > few.size()) many.resize(size);
+    std::int64_t* sums = size > few.size() ? many.data() : few.data();
+    std::fill(sums, sums + pitch, 0);
+    for (int i = 1; i <= counts.rows; ++i) {
+        const std::int64_t* above = sums + static_cast<std::size_t>(i - 1) * pitch;
+        std::int64_t* row = sums + static_cast<std::size_t>(i) * pitch;
+        std::int64_t in_row = 0;
+        row[0] = 0;
+        for (int j = 1; j <= counts.columns; ++j) {
+            in_row += counts(i, j);
+            row[j] = above[j] + in_row;
+        }
+    }
+    return {sums, pitch, counts.rows, counts.columns};
+}
+
 }  // namespace
 
 Concordance Concordance_of(const TwoWayTable& counts) {
@@ -41,24 +83,14 @@ Concordance Concordance_of(const TwoWayTable& counts) {
 
 CellConcordance Cell_concordance(const TwoWayTable& counts) {
     const int R = counts.rows, C = counts.columns;
-    // S(i, j): the cases of rows 1..i and columns 1..j, with an edge of zeros.
-    const std::size_t pitch = static_cast<std::size_t>(C) + 1;
-    std::vector<std::int64_t> sums((static_cast<std::size_t>(R) + 1) * pitch);
-    const auto S = [&](int i, int j) -> std::int64_t& {
-        return sums[static_cast<std::size_t>(i) * pitch + static_cast<std::size_t>(j)];
-    };
-    for (int i = 1; i <= R; ++i)
-        for (int j = 1; j <= C; ++j)
-            S(i, j) = counts(i, j) + S(i - 1, j) + S(i, j - 1) - S(i - 1, j - 1);
+    std::array<std::int64_t, SmallTable> few;
+    std::vector<std::int64_t> many;
+    const QuadrantSums quadrants = Quadrant_sums(counts, few, many);
     CellConcordance result{TwoWay<std::int64_t>(R, C), TwoWay<std::int64_t>(R, C)};
     for (int i = 1; i <= R; ++i)
         for (int j = 1; j <= C; ++j) {
-            const std::int64_t above_left = S(i - 1, j - 1);
-            const std::int64_t above_right = S(i - 1, C) - S(i - 1, j);
-            const std::int64_t below_left = S(R, j - 1) - S(i, j - 1);
-            const std::int64_t below_right = S(R, C) - S(i, C) - S(R, j) + S(i, j);
-            result.A(i, j) = above_left + below_right;
-            result.D(i, j) = above_right + below_left;
+            result.A(i, j) = quadrants.concordant(i, j);
+            result.D(i, j) = quadrants.discordant(i, j);
         }
     return result;
 }
@@ -67,17 +99,21 @@ double GammaRecord::se() const {
     return P > 0 ? std::sqrt(V) / P : 0;
 }
 
-GammaRecord Gamma_of_table(const TwoWayTable& counts) {
+GammaRecord Gamma_without_p(const TwoWayTable& counts) {
     GammaRecord g;
-    const CellConcordance pairs = Cell_concordance(counts);
+    std::array<std::int64_t, SmallTable> few;
+    std::vector<std::int64_t> many;
+    const QuadrantSums quadrants = Quadrant_sums(counts, few, many);
     std::int64_t P = 0, Q = 0, N = 0;
     Extended squares = 0;
     for (int i = 1; i <= counts.rows; ++i)
         for (int j = 1; j <= counts.columns; ++j) {
             const std::int64_t n = counts(i, j);
-            const std::int64_t difference = pairs.A(i, j) - pairs.D(i, j);
+            if (n == 0) continue;
+            const std::int64_t A = quadrants.concordant(i, j), D = quadrants.discordant(i, j);
+            const std::int64_t difference = A - D;
             N += n;
-            P += n * (pairs.A(i, j) + pairs.D(i, j));
+            P += n * (A + D);
             Q += n * difference;
             squares += static_cast<Extended>(n) * static_cast<Extended>(difference) *
                        static_cast<Extended>(difference);
@@ -88,6 +124,11 @@ GammaRecord Gamma_of_table(const TwoWayTable& counts) {
     g.Q = static_cast<double>(Q);
     g.V = static_cast<double>(4 * (squares - q * q / static_cast<Extended>(N)));
     g.gamma = g.Q / g.P;
+    return g;
+}
+
+GammaRecord Gamma_of_table(const TwoWayTable& counts) {
+    GammaRecord g = Gamma_without_p(counts);
     if (g.V > 0) g.p = Normal_p(std::fabs(g.gamma / (std::sqrt(g.V) / g.P)));
     return g;
 }
@@ -109,7 +150,7 @@ PartialGamma Partial_gamma(double SP, double SQ, double SV) {
 PartialGamma Partial_gamma(std::span<const TwoWayTable> strata) {
     double P = 0, Q = 0, V = 0;
     for (const TwoWayTable& stratum : strata) {
-        const GammaRecord gamma = Gamma_of_table(stratum);
+        const GammaRecord gamma = Gamma_without_p(stratum);
         P += gamma.P;
         Q += gamma.Q;
         V += gamma.V;

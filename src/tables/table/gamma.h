@@ -46,6 +46,10 @@ struct GammaRecord {
 /// Goodman & Kruskal (1954), JASA 49, 732-764; V from Brown & Benedetti (1977), JASA 72, 309-315.
 GammaRecord Gamma_of_table(const TwoWayTable& counts);
 
+/// The same but for its p, which stays at 1: what a stratum adds to a partial gamma. The normal
+/// tail costs more than all the rest of a small table.
+GammaRecord Gamma_without_p(const TwoWayTable& counts);
+
 /// Partial gamma: the strata weighted by their untied pairs.
 struct PartialGamma {
     double gamma = 0;
