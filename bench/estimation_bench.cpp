@@ -127,7 +127,7 @@ void Sweeps_with_3_DIF_terms_and_2_pairs(benchmark::State& state) {
         const SufficientMargins margins =
             Complete_margins(sample.model, structure, sample.table, {});
         GLLRMParameters parameters = Start_parameters(structure, margins);
-        while (Take_a_sweep(structure, margins, {}, memory, expected, parameters) >= 1e-4) {
+        while (*Take_a_sweep(structure, margins, {}, memory, expected, parameters) >= 1e-4) {
         }
         benchmark::DoNotOptimize(parameters);
     }

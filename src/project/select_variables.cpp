@@ -92,7 +92,7 @@ SelectedVariables Select_variables(const ParsedLine& line, const ProjectDefiniti
         return std::find(list.list.begin(), list.list.end(), code) != list.list.end();
     };
     if (listed(ScoreCode)) {
-        if (score.count < 1) return fail("Scoregroups have not been defined");
+        if (score.count < 1) return fail("Scoregroups have not been defined: CUT makes them");
         selected.numbers.push_back(ScoreCode);
         selected.variables.push_back(Score_variable(score));
     }

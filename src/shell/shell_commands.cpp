@@ -41,6 +41,9 @@ void Show_news() {
                  "  Local analysis, homogeneity of gammas, Mantel-Haenszel, pseudo gamma, kappa,",
                  "  Benjamini-Hochberg limits.",
                  "  The project graph: revised by hand, shown by cliques, saved on GRF files.",
+                 "  Partial gammas of the graph, hypotheses from it, and their tests.",
+                 "  Items, their scores and score groups; graphical loglinear Rasch models with",
+                 "  local dependence and DIF by conditional maximum likelihood (ITE, CUT, GRM).",
                  "  Reports, project and data files are UTF-8; Latin-1 is read as well."});
 }
 

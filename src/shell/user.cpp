@@ -164,6 +164,12 @@ bool StepProgress() {
     return Stop_asked();
 }
 
+void RetitleProgress(const std::string& title, std::int64_t position) {
+    The_user.progress_title = title;
+    if (The_user.user.progress && The_user.progress_shown)
+        The_user.user.progress(title, position, The_user.progress_end);
+}
+
 bool Stop_asked() {
     return Stop_requested.load(std::memory_order_relaxed) && Stop_requested.exchange(false);
 }

@@ -110,6 +110,8 @@ void ShowProgress(std::int64_t min, std::int64_t max, std::int64_t step, const s
 /// True when a stop was asked for since the last call: end at the next safe point. Cheap enough to
 /// be called once per random table, and from any thread; the thread of ShowProgress alone draws.
 bool StepProgress();
+/// Another title and position of the display, drawn at once: for steps of unequal length.
+void RetitleProgress(const std::string& title, std::int64_t position);
 /// The same question without a step.
 bool Stop_asked();
 void HideProgress();

@@ -27,6 +27,7 @@ struct FitTask {
     ExpectedMargins& expected;
     const StopCheck& stop;
     const ContinueQuestion& ask;
+    const StepNotice& tell;
 
     bool has_terms() const { return !structure.pairs.empty() || !structure.terms.empty(); }
 };
@@ -39,15 +40,17 @@ class Iterator {
 
     Iteration Run() {
         course_.smallest_Delta = std::numeric_limits<Extended>::max();
+        course_.Delta = Delta_back({}, 0);
         // The first stop is always an improvement.
         smallest_at_last_stop_ = std::numeric_limits<Extended>::max();
         for (;;) {
-            Take_step();
-            if (Delta_recurs(Phase(), number_))
+            const bool whole = Take_step();
+            if (whole && Delta_recurs(Phase(), number_))
                 course_.recurrences.push_back(
                     {course_.steps, course_.Delta, Delta_back(Phase(), 2), Delta_back(Phase(), 4)});
             const IterationStop reason =
-                Stop_after(Phase(), number_, task_.settings.stops, task_.stop);
+                whole ? Stop_after(Phase(), number_, task_.settings.stops, task_.stop)
+                      : IterationStop::cancelled;
             if (reason == IterationStop::none) continue;
             course_.end = {reason, course_.steps, course_.Delta};
             if (!Goes_on(reason)) break;
@@ -55,6 +58,7 @@ class Iterator {
             if (number_ >= task_.settings.stops.maximum_steps) number_ = 0;
         }
         if (sweeping_) Normalise_whole_model(task_.structure, task_.margins, parameters_);
+        if (course_.history.empty()) course_.smallest_Delta = course_.Delta;
         course_.reached_critical = course_.end.reason == IterationStop::converged;
         return std::move(course_);
     }
@@ -74,13 +78,14 @@ class Iterator {
             .subspan(sweeping_ ? course_.history.size() - Nr(course_.sweeps) : 0);
     }
 
-    void Take_step() {
-        const StepOptions& options = task_.settings.step;
-        course_.Delta = sweeping_
-                            ? Take_a_sweep(task_.structure, task_.margins, options, task_.memory,
-                                           task_.expected, parameters_, task_.stop)
-                            : Take_a_LL_step(task_.structure, task_.margins, options, task_.memory,
-                                             task_.expected, parameters_);
+    /// False when the user stopped it: the parameters are those of the steps before.
+    bool Take_step() {
+        const auto take = sweeping_ ? Take_a_sweep : Take_a_LL_step;
+        const std::optional<Extended> Delta =
+            take(task_.structure, task_.margins, task_.settings.step, task_.memory, task_.expected,
+                 parameters_, task_.stop);
+        if (!Delta) return false;
+        course_.Delta = *Delta;
         ++number_;
         ++course_.steps;
         if (sweeping_) ++course_.sweeps;
@@ -89,6 +94,18 @@ class Iterator {
             course_.smallest_Delta = course_.Delta;
             course_.smallest_step = course_.steps;
         }
+        if (task_.tell) task_.tell(course_.steps, course_.Delta);
+        return true;
+    }
+
+    /// What the question whether to go on shows.
+    UnfinishedIteration Unfinished() const {
+        if (course_.history.empty())
+            return {.stop = course_.end,
+                    .initial_Delta = course_.Delta,
+                    .smallest_Delta = course_.Delta};
+        return {course_.end, course_.history.front(), course_.smallest_Delta, course_.smallest_step,
+                course_.Delta == Delta_back(Phase(), 1)};
     }
 
     /// After a stop: whether there is more to do, and by which kind of step.
@@ -96,12 +113,10 @@ class Iterator {
         if (reason == IterationStop::converged) return false;
         const bool improved = course_.smallest_Delta < smallest_at_last_stop_;
         smallest_at_last_stop_ = course_.smallest_Delta;
-        const ContinueAnswer answer =
-            task_.ask ? task_.ask({course_.end, course_.history.front(), course_.smallest_Delta,
-                                   course_.smallest_step, course_.Delta == Delta_back(Phase(), 1)})
-                      : ContinueAnswer::nobody;
+        const ContinueAnswer answer = task_.ask ? task_.ask(Unfinished()) : ContinueAnswer::nobody;
         if (answer == ContinueAnswer::cancelled) course_.end.reason = IterationStop::cancelled;
-        if (answer == ContinueAnswer::yes && !improved) Turn_to_sweeps(true);
+        if (answer == ContinueAnswer::yes && !improved && reason != IterationStop::cancelled)
+            Turn_to_sweeps(true);
         if (answer != ContinueAnswer::nobody) return answer == ContinueAnswer::yes;
         if (reason == IterationStop::cancelled) return false;
         const int most = std::min(task_.settings.stops.maximum_steps, MostStepsUnasked);
@@ -151,6 +166,29 @@ std::vector<std::string> Reasons_against(const GLLRM& model, const ModelStructur
                             cells > (std::int64_t{1} << 54) ? cells : cells * scores,
                             MaxGammaEntries)};
     return {};
+}
+
+/// Why nobody takes part: what is missing in every record.
+Failed No_valid_cases(const GLLRM& model, const ModelStructure& structure,
+                      const ResponseTable& table, bool incomplete_responses) {
+    const auto nobody_has = [&](auto is_there) {
+        for (std::size_t p = 0; p < table.size(); ++p)
+            if (is_there(p)) return false;
+        return table.size() > 0;
+    };
+    std::string missing;
+    for (int i = 1; i <= model.NITEMS; ++i)
+        if (nobody_has([&](std::size_t p) { return table.Scores(p)[i - 1] != NoResponse; }))
+            missing += model.ItemNo(i).label;
+    for (const DifSource& source : structure.sources)
+        if (source.variable <= model.NEXOGENE &&
+            nobody_has([&](std::size_t p) { return table.Exo(p)[source.variable - 1] != 0; }))
+            missing += model.ExoNo(source.variable).label;
+    Failed failed{{"No valid cases"}};
+    if (!missing.empty()) failed.messages.push_back("Missing in every record: " + missing);
+    if (incomplete_responses)
+        failed.messages.emplace_back("Incomplete responses join complete ones, and there are none");
+    return failed;
 }
 
 bool All_degenerate(const ModelStructure& structure, const SufficientMargins& margins) {
@@ -210,7 +248,8 @@ void Store_interactions(const SufficientMargins& used, EstimatedGLLRM& estimate)
 }
 
 /// What is computed at the final parameters.
-void Finish(const SufficientMargins& used, EstimationMemory& memory, EstimatedGLLRM& estimate) {
+void Finish(const SufficientMargins& used, EstimationMemory& memory, const StopCheck& stop,
+            EstimatedGLLRM& estimate) {
     if (!estimate.nothing_to_estimate && estimate.settings.ordered_thresholds) {
         int Item_max = 0;
         for (int i = 1; i <= estimate.model.NITEMS; ++i)
@@ -218,8 +257,10 @@ void Finish(const SufficientMargins& used, EstimationMemory& memory, EstimatedGL
         estimate.thresholds_raised =
             Order_thresholds(estimate.structure, used, Item_max * 5 + 1, estimate.parameters);
     }
-    estimate.neg_loglik = Negative_log_likelihood(estimate.structure, used, estimate.parameters,
-                                                  memory.polynomials, estimate.expected);
+    const std::optional<Extended> neg_loglik = Negative_log_likelihood(
+        estimate.structure, used, estimate.parameters, memory.polynomials, estimate.expected, stop);
+    estimate.likelihood_ready = neg_loglik.has_value();
+    estimate.neg_loglik = neg_loglik.value_or(0);
     Take_observed_of_degenerate(estimate.structure, used, estimate.expected);
     Store_interactions(used, estimate);
     const Extended n = static_cast<Extended>(estimate.persons_between);
@@ -229,7 +270,7 @@ void Finish(const SufficientMargins& used, EstimationMemory& memory, EstimatedGL
     estimate.Delta = last.Delta;
     estimate.converged = estimate.nothing_to_estimate || last.reached_critical ||
                          last.Delta < static_cast<Extended>(DeltaOfConvergence);
-    estimate.stopped = last.end.reason == IterationStop::cancelled;
+    estimate.stopped = last.end.reason == IterationStop::cancelled || !estimate.likelihood_ready;
 }
 
 }  // namespace
@@ -247,11 +288,14 @@ int Count_parameters(const ModelStructure& structure, const SufficientMargins& m
     return npar;
 }
 
-Extended Negative_log_likelihood(const ModelStructure& structure, const SufficientMargins& margins,
-                                 const GLLRMParameters& parameters, PolynomialMemory& memory,
-                                 ExpectedMargins& expected) {
+std::optional<Extended> Negative_log_likelihood(const ModelStructure& structure,
+                                                const SufficientMargins& margins,
+                                                const GLLRMParameters& parameters,
+                                                PolynomialMemory& memory, ExpectedMargins& expected,
+                                                const StopCheck& stop) {
     Extended log_gamma = 0;
-    Expect_margins(structure, parameters, margins.strata, memory, expected, &log_gamma);
+    if (!Expect_margins(structure, parameters, margins.strata, memory, expected, &log_gamma, stop))
+        return {};
     Extended logs = 0;
     for (int i = 1; i <= structure.NITEMS; ++i)
         for (int x = 0; x < ItemScores; ++x) {
@@ -269,7 +313,7 @@ Extended Negative_log_likelihood(const ModelStructure& structure, const Sufficie
 Result<EstimatedGLLRM> Estimate_GLLRM(const GLLRM& model, const ResponseTable& table,
                                       const EstimationSettings& settings, EstimationMemory& memory,
                                       const StopCheck& stop, const ContinueQuestion& ask,
-                                      const GLLRMParameters* start) {
+                                      const GLLRMParameters* start, const StepNotice& tell) {
     EstimatedGLLRM estimate;
     estimate.model = model;
     estimate.settings = settings;
@@ -279,7 +323,8 @@ Result<EstimatedGLLRM> Estimate_GLLRM(const GLLRM& model, const ResponseTable& t
         return Failed{std::move(reasons)};
     estimate.margins =
         Complete_margins(model, structure, table, settings.filter, settings.with_score_groups);
-    if (estimate.margins.persons == 0) return Failed{{"No valid cases"}};
+    if (estimate.margins.persons == 0)
+        return No_valid_cases(model, structure, table, settings.incomplete_responses);
     Find_score_range(estimate);
     estimate.persons_between = Persons_between(model, estimate.margins);
     estimate.npar = Count_parameters(structure, estimate.margins);
@@ -288,17 +333,24 @@ Result<EstimatedGLLRM> Estimate_GLLRM(const GLLRM& model, const ResponseTable& t
     estimate.nothing_to_estimate = All_degenerate(structure, estimate.margins);
     if (!estimate.nothing_to_estimate) {
         estimate.iteration = Iterator({structure, estimate.margins, settings, memory.polynomials,
-                                       estimate.expected, stop, ask},
+                                       estimate.expected, stop, ask, tell},
                                       estimate.parameters)
                                  .Run();
-        estimate.iteration.neg_loglik =
-            Negative_log_likelihood(structure, estimate.margins, estimate.parameters,
-                                    memory.polynomials, estimate.expected);
     }
     if (!settings.incomplete_responses ||
         estimate.iteration.end.reason == IterationStop::cancelled) {
-        Finish(estimate.margins, memory, estimate);
+        Finish(estimate.margins, memory, stop, estimate);
         return estimate;
+    }
+    if (!estimate.nothing_to_estimate) {
+        estimate.iteration.neg_loglik =
+            Negative_log_likelihood(structure, estimate.margins, estimate.parameters,
+                                    memory.polynomials, estimate.expected, stop);
+        if (!estimate.iteration.neg_loglik) {
+            estimate.iteration.end.reason = IterationStop::cancelled;
+            Finish(estimate.margins, memory, stop, estimate);
+            return estimate;
+        }
     }
 
     One_based<int, MaxItems> highest;
@@ -317,12 +369,11 @@ Result<EstimatedGLLRM> Estimate_GLLRM(const GLLRM& model, const ResponseTable& t
         estimate.parameters = Start_from(structure, used, estimate.parameters);
         if (!estimate.nothing_to_estimate)
             estimate.with_incomplete = Iterator({structure, used, settings, memory.polynomials,
-                                                 estimate.expected, stop, ask},
+                                                 estimate.expected, stop, ask, tell},
                                                 estimate.parameters)
                                            .Run();
     }
-    Finish(used, memory, estimate);
-    if (estimate.with_incomplete) estimate.with_incomplete->neg_loglik = estimate.neg_loglik;
+    Finish(used, memory, stop, estimate);
     return estimate;
 }
 

@@ -57,13 +57,14 @@ struct Iteration {
     int steps = 0;   ///< in all, sweeps included
     int sweeps = 0;  ///< of one table at a time, behind the literal steps; 0: there were none
     std::vector<Extended> history;  ///< Delta of each step
-    Extended Delta = 0;             ///< of the last step, before its update
+    Extended Delta = 0;  ///< of the last step, before its update; 9999 when there was none
     Extended smallest_Delta = 0;
     int smallest_step = 0;
     StopEvent end;
     std::vector<StopEvent> passed;  ///< stops after which it went on
     std::vector<Recurrence> recurrences;
-    Extended neg_loglik = 0;  ///< -ln(likelihood) at its end
+    /// -ln(likelihood) of the complete persons at its end, where incomplete ones follow.
+    std::optional<Extended> neg_loglik;
     bool reached_critical = false;
     bool sweeps_go_on = false;  ///< from what the steps had reached, not from the start values
 };
@@ -88,6 +89,9 @@ enum class ContinueAnswer : std::uint8_t {
 /// Without an answer, or without a question to put, the iteration goes on at each stop as long as
 /// the smallest Delta has improved since the stop before.
 using ContinueQuestion = std::function<ContinueAnswer(const UnfinishedIteration&)>;
+
+/// Told of each step: its number and its Delta.
+using StepNotice = std::function<void(int step, Extended Delta)>;
 
 /// A pair or a DIF term after the fit. `other` is an item, or the number of an exogenous variable,
 /// NEXOGENE + 1 for the score groups.
@@ -121,6 +125,8 @@ struct EstimatedGLLRM {
     std::optional<GLLRMParameters> initial_parameters;  ///< those of the complete persons alone
 
     Extended Delta = 0;
+    /// False: the user stopped before the likelihood and the expected margins were computed.
+    bool likelihood_ready = false;
     Extended neg_loglik = 0;
     Extended AIC = 0;
     Extended BIC = 0;
@@ -144,10 +150,11 @@ struct EstimationMemory {
 };
 
 /// Fits the model to the persons of the table. Parameters of another estimate of the same items,
-/// variables and terms may be given to start from. `stop` is asked between steps; what was reached
-/// then is the result, with `stopped`. Fails, before anything large is allocated, when a component
-/// or the score polynomials are too large, when an item interacts with more score groups than a
-/// table has columns, and when no person passes the filter. Non-convergence is no failure.
+/// variables and terms may be given to start from. `stop` is asked between and within steps; what
+/// whole steps have reached then is the result, with `stopped`. Fails, before anything large is
+/// allocated, when a component or the score polynomials are too large, when an item interacts with
+/// more score groups than a table has columns, and when no person passes the filter.
+/// Non-convergence is no failure.
 ///
 /// The literal steps fit all tables at once. With several terms they can overshoot and stick; when
 /// they stop for good and the model has terms, sweeps of one table at a time begin at the start.
@@ -160,16 +167,20 @@ struct EstimationMemory {
 Result<EstimatedGLLRM> Estimate_GLLRM(const GLLRM& model, const ResponseTable& table,
                                       const EstimationSettings& settings, EstimationMemory& memory,
                                       const StopCheck& stop = {}, const ContinueQuestion& ask = {},
-                                      const GLLRMParameters* start = nullptr);
+                                      const GLLRMParameters* start = nullptr,
+                                      const StepNotice& tell = {});
 
 /// npar: one less than the categories of each item, the free cells of each interaction, less one
 /// for the origin of theta; 0 when all items are degenerate.
 int Count_parameters(const ModelStructure& structure, const SufficientMargins& margins);
 
-/// -ln of the probability of the persons' responses given their scores.
-Extended Negative_log_likelihood(const ModelStructure& structure, const SufficientMargins& margins,
-                                 const GLLRMParameters& parameters, PolynomialMemory& memory,
-                                 ExpectedMargins& expected);
+/// -ln of the probability of the persons' responses given their scores; nothing when `stop` ended
+/// its calculation.
+std::optional<Extended> Negative_log_likelihood(const ModelStructure& structure,
+                                                const SufficientMargins& margins,
+                                                const GLLRMParameters& parameters,
+                                                PolynomialMemory& memory, ExpectedMargins& expected,
+                                                const StopCheck& stop = {});
 
 /// The score polynomials of all cells of the sources that hold persons, scores from `low` on: the
 /// values of gamma(s | y). `categories` as in Stratum.

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <cmath>
 #include <limits>
 #include <new>
@@ -105,12 +106,22 @@ bool Is_made_of_terms(const std::string& word) {
     return word.size() % 2 == 0;
 }
 
+/// The words of a line in one walk: it may be as long as a file.
+std::vector<std::string> Words_of(std::string_view text) {
+    std::vector<std::string> words;
+    for (std::size_t at = text.find_first_not_of(' '); at < text.size();) {
+        const std::size_t end = std::min(text.find(' ', at), text.size());
+        words.emplace_back(text.substr(at, end - at));
+        at = std::min(text.find_first_not_of(' ', end), text.size());
+    }
+    return words;
+}
+
 /// A word of digits is a number of the menu; another one may be terms.
 ModelLine Read_model_line(bool with_options) {
     ModelLine line;
     const std::string_view text = Behind_keyword(The_line.CommandLine);
-    for (int k = 1; k <= Word_count(text); ++k) {
-        const std::string word = Get_word(k, text);
+    for (const std::string& word : Words_of(text)) {
         std::int32_t number = 0;
         if (with_options && Is_digit(word[0]) && To_integer(word, number) &&
             (Find_entry(number) || !Is_made_of_terms(word)))
@@ -149,11 +160,6 @@ std::optional<GLLRM> Defined_model(const std::string& terms) {
         Write_report("");
     }
     return model;
-}
-
-std::string Text_of_current_model() {
-    const std::string text = The_current_GLLRM();
-    return text.empty() ? "Rasch model" : text;
 }
 
 bool Is_current(const GLLRM& model) {
@@ -239,7 +245,7 @@ void Write_estimate(const EstimatedGLLRM& estimate, bool with_margins) {
     Write_block(EstimationBlock::counts, estimate);
     Write_block(EstimationBlock::stop_criteria, estimate);
     Write_block(EstimationBlock::result, estimate);
-    if (with_margins) Write_block(EstimationBlock::margins, estimate);
+    if (with_margins && estimate.likelihood_ready) Write_block(EstimationBlock::margins, estimate);
 }
 
 void Write_comparison() {
@@ -257,18 +263,42 @@ void Keep_estimate(EstimatedGLLRM estimate, const EstimationChoices& choices) {
     if (other) estimates.previous = std::move(estimates.current);
     estimates.current = std::move(estimate);
     estimates.current_choices = choices;
-    The_items.CurrentIRTparameters_ready = estimates.current->converged;
+    The_items.CurrentIRTparameters_ready =
+        estimates.current->converged && estimates.current->likelihood_ready;
     The_items.CurrentPersons_ready = false;
 }
+
+/// The steps and their Delta for who waits for them.
+class StepDisplay {
+  public:
+    explicit StepDisplay(int most) { ShowProgress(0, most, 1, "Iterating", ""); }
+    ~StepDisplay() { HideProgress(); }
+    StepDisplay(const StepDisplay&) = delete;
+    StepDisplay& operator=(const StepDisplay&) = delete;
+
+    /// Redrawn a few times a second, not for each of thousands of steps.
+    void Tell(int step, Extended Delta) {
+        using namespace std::chrono;
+        const auto now = steady_clock::now();
+        if (step > 1 && now - drawn_ < milliseconds(200)) return;
+        drawn_ = now;
+        RetitleProgress("Iterating, Delta = " + Delta_text(Delta), step);
+    }
+
+  private:
+    std::chrono::steady_clock::time_point drawn_;
+};
 
 /// Lack of memory stops the estimate, not the program.
 Result<EstimatedGLLRM> Estimate_model(const GLLRM& model, const ResponseTable& responses,
                                       const EstimationChoices& choices) {
     try {
         EstimationMemory memory;
+        const EstimationSettings settings = Settings_of(choices);
+        StepDisplay display(settings.stops.maximum_steps);
         return Estimate_GLLRM(
-            model, responses, Settings_of(choices), memory, [] { return Stop_asked(); },
-            Ask_to_continue);
+            model, responses, settings, memory, [] { return Stop_asked(); }, Ask_to_continue,
+            nullptr, [&](int step, Extended Delta) { display.Tell(step, Delta); });
     } catch (const std::bad_alloc&) {
         return Failed{{"Biasedgammavalues not allocated"}};
     }
@@ -278,12 +308,11 @@ Result<EstimatedGLLRM> Estimate_model(const GLLRM& model, const ResponseTable& r
 Outcome Refuse_model(const GLLRM& model, const Failed& failed) {
     Refuse(failed);
     if (!Is_current(model))
-        ShowMessage("The current GLLRM stays as it was: " + Text_of_current_model());
+        ShowMessage("The current GLLRM stays as it was: " + Text_or_Rasch_model(The_items.model));
     return Outcome::refused;
 }
 
-/// Estimates a model of the current items, which becomes the current GLLRM.
-Outcome Estimate_with(const GLLRM& model, EstimationChoices choices) {
+Outcome Try_to_estimate(const GLLRM& model, EstimationChoices choices) {
     const Result<ResponseTable> responses =
         Read_responses(Cases_of_project(), model, [] { return Stop_asked(); });
     if (!responses) return Refuse_model(model, responses.failure());
@@ -306,6 +335,10 @@ Outcome Estimate_with(const GLLRM& model, EstimationChoices choices) {
     if (!estimate) return Refuse_model(model, estimate.failure());
     if (!Is_current(model)) Set_current_model(model);
     Write_estimate(*estimate, choices.extended_output || choices.show_margins);
+    if (choices.extended_output && !estimate->nothing_to_estimate) {
+        Write_lines(Step_lines(*estimate));
+        Write_report("");
+    }
     if (estimate->nothing_to_estimate) {
         The_items.CurrentIRTparameters_ready = false;
         return Outcome::done;
@@ -313,6 +346,16 @@ Outcome Estimate_with(const GLLRM& model, EstimationChoices choices) {
     Keep_estimate(std::move(*estimate), choices);
     Write_comparison();
     return Outcome::done;
+}
+
+/// Estimates a model of the current items, which becomes the current GLLRM. A report that finds no
+/// memory leaves the model defined and not estimated, or estimated and not compared.
+Outcome Estimate_with(const GLLRM& model, const EstimationChoices& choices) {
+    try {
+        return Try_to_estimate(model, choices);
+    } catch (const std::bad_alloc&) {
+        return Refuse(Failed{.messages = {"There is not enough memory for the estimates"}});
+    }
 }
 
 // ---- The dialogue
@@ -354,7 +397,7 @@ const char* On_or_off(bool on) {
 Outcome CURRENT() {
     const EstimationChoices& choices = The_estimates.choices;
     Write_lines({
-        "The_current_GLLRM      =   " + Text_of_current_model(),
+        "The_current_GLLRM      =   " + Text_or_Rasch_model(The_items.model),
         "Convergence:                            " +
             Delta_text(static_cast<Extended>(choices.critical_Delta)),
         fmt::format("Minimum number of iterative  steps:     {}", choices.Nstep),
@@ -367,9 +410,8 @@ Outcome CURRENT() {
         fmt::format("Show margins of main model:             {}", On_or_off(choices.show_margins)),
     });
     if (The_estimates.previous) {
-        const std::string before = Model_text(The_estimates.previous->model);
         Write_report("Copy of GLLRM ready:                    " +
-                     (before.empty() ? "Rasch model" : before));
+                     Text_or_Rasch_model(The_estimates.previous->model));
     }
     return Outcome::done;
 }
@@ -436,8 +478,7 @@ Outcome AGAIN() {
 Outcome ANALYSES() {
     const std::string_view text = Behind_keyword(The_line.CommandLine);
     ModelLine line;
-    for (int k = 1; k <= Word_count(text); ++k) {
-        const std::string word = Get_word(k, text);
+    for (const std::string& word : Words_of(text)) {
         std::int32_t number = 0;
         if (!Is_digit(word[0]) || !To_integer(word, number)) {
             ShowMessage(fmt::format("ANALYSES takes the numbers of analyses only: {}", word));
@@ -495,8 +536,8 @@ constexpr const char* GrmHelp =
     "MINIMUM n        steps before a large gap or cycling stops the iteration (50)\n"
     "ORDERED          ordering of thresholds, on or off\n"
     "INCOMPLETE       incomplete item responses, on or off\n"
-    "EXTENDED         extended output, on or off: observed and expected margins as well\n"
-    "SUFFICIENT       margins of the main model, on or off\n"
+    "EXTENDED         extended output, on or off: margins, and the gap at each step\n"
+    "SUFFICIENT       observed and expected margins, on or off\n"
     "AGAIN            the report of the current estimates with their margins\n"
     "CURRENT          what is chosen\n"
     "ANALYSES n       what ITA does by number; without a number the list\n"
@@ -563,7 +604,8 @@ Mode Dialogue() {
                  "EXT", "EXTENDED",
                  [] { return Turn("EXTENDED", &EstimationChoices::extended_output); },
                  "extended output on or off",
-                 "EXTENDED [ON | OFF]\n\nThe report has the observed and the expected margins."),
+                 "EXTENDED [ON | OFF]\n\nThe report has the observed and the expected margins, and "
+                 "the gap (Delta)\nof each step, of many steps the first and the last 20."),
              Operation(
                  "SUF", "SUFFICIENT",
                  [] { return Turn("SUFFICIENT", &EstimationChoices::show_margins); },

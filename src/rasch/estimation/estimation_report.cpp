@@ -36,22 +36,10 @@ std::string Item_title(const GLLRM& model, int i) {
     return fmt::format("{}: {}", model.ItemNo(i).label, model.ItemNo(i).name);
 }
 
-std::string Labels_of_set(const GLLRM& model, NumberSet items) {
-    std::string labels;
-    for (int i = 1; i <= model.NITEMS; ++i)
-        if (Has_number(items, i)) labels += model.ItemNo(i).label;
-    return labels;
-}
-
 bool Is_dichotomous(const GLLRM& model) {
     for (int i = 1; i <= model.NITEMS; ++i)
         if (model.ItemNo(i).item_dim != 2) return false;
     return true;
-}
-
-std::string Text_of_model(const GLLRM& model) {
-    const std::string text = Model_text(model);
-    return text.empty() ? "Rasch model" : text;
 }
 
 // ---- Assumptions
@@ -231,8 +219,10 @@ Lines Stop_lines(const Iteration& course) {
 }
 
 Lines Unconverged_lines(const Iteration& course) {
-    Lines lines = {fmt::format("Estimation did not converge. ({})", Reason_text(course.end.reason)),
-                   "Last 20 delta values:"};
+    Lines lines = {
+        fmt::format("Estimation did not converge. ({})", Reason_text(course.end.reason))};
+    if (course.history.empty()) return lines;
+    lines.push_back("Last 20 delta values:");
     const std::size_t n = course.history.size();
     for (std::size_t k = n > DeltasShown ? n - DeltasShown : 0; k < n; ++k)
         lines.push_back(
@@ -251,24 +241,18 @@ std::string Column_heading(int columns) {
     return line;
 }
 
-int Highest_item_score(const GLLRM& model) {
-    int highest = 0;
-    for (int i = 1; i <= model.NITEMS; ++i)
-        highest = std::max(highest, model.ItemNo(i).Item_maxscore());
-    return highest;
-}
-
 void Append_item_margins(const GLLRM& model, const ItemTable<std::int64_t>& observed,
                          const ItemTable<Extended>* expected, Lines& lines) {
-    const int columns = Highest_item_score(model) + 1;
+    const int columns = Highest_item_maxscore(model) + 1;
     lines.push_back(Column_heading(columns));
     for (int i = 1; i <= model.NITEMS; ++i) {
         std::string line = Left(Item_title(model, i), LabelWidth);
         std::string below = Right(expected ? "expected" : "", LabelWidth);
         for (int x = 0; x <= model.ItemNo(i).Item_maxscore(); ++x) {
-            line += Field(observed[Entry(i)][Entry(x)], 10);
+            line = Beside(line, Field(observed[Entry(i)][Entry(x)], 10));
             if (expected)
-                below += Field(static_cast<double>((*expected)[Entry(i)][Entry(x)]), 10, 3);
+                below = Beside(below,
+                               Field(static_cast<double>((*expected)[Entry(i)][Entry(x)]), 10, 3));
         }
         lines.push_back(line);
         if (expected) lines.push_back(below);
@@ -307,12 +291,12 @@ void Append_table(const EstimatedGLLRM& e, const FittedInteraction& table, bool 
     const int columns = Columns_of(e, table, pair);
     std::string heading = Blanks(LabelWidth);
     for (int c = 0; c < columns; ++c)
-        heading += Right(Heading_of_column(e, table, pair, names, c), 10);
+        heading = Beside(heading, Right(Heading_of_column(e, table, pair, names, c), 10));
     lines.push_back(heading);
     for (int r = 0; r < e.model.ItemNo(table.item).item_dim; ++r) {
         std::string line =
             Left(fmt::format("  {} = {}", e.model.ItemNo(table.item).label, r), LabelWidth);
-        for (int c = 0; c < columns; ++c) line += text(r, c);
+        for (int c = 0; c < columns; ++c) line = Beside(line, text(r, c));
         lines.push_back(line);
     }
 }
@@ -366,11 +350,11 @@ std::string Loglinear(Extended parameter) {
 template <class CellText>
 void Append_item_table(const GLLRM& model, const ItemTable<Extended>& eps, const CellText& text,
                        Lines& lines) {
-    lines.push_back(Column_heading(Highest_item_score(model) + 1));
+    lines.push_back(Column_heading(Highest_item_maxscore(model) + 1));
     for (int i = 1; i <= model.NITEMS; ++i) {
         std::string line = Left(Item_title(model, i), LabelWidth);
         for (int x = 0; x <= model.ItemNo(i).Item_maxscore(); ++x)
-            line += text(eps[Entry(i)][Entry(x)]);
+            line = Beside(line, text(eps[Entry(i)][Entry(x)]));
         lines.push_back(line);
     }
 }
@@ -411,6 +395,9 @@ Lines Parameter_lines(const EstimatedGLLRM& e, const NamesOfCategories& names) {
 /// Labels of figures end in "= " at one column, figures have width 10 and 3 decimals.
 Lines Likelihood_lines(const EstimatedGLLRM& e) {
     const auto figure = [](Extended value) { return Field(static_cast<double>(value), 10, 3); };
+    if (!e.likelihood_ready)
+        return {fmt::format("{} estimated parameters", e.npar), "",
+                "-ln(likelihood) and expected margins: cancelled by the user"};
     return {fmt::format("{} estimated parameters", e.npar),
             "",
             fmt::format("-ln(likelihood) = {}", figure(e.neg_loglik)),
@@ -429,7 +416,7 @@ void Append_course(const EstimatedGLLRM& e, const Iteration& course, const Names
     lines.push_back(Step_line(course));
     if (course.reached_critical) return;
     Append_lines(lines, Unconverged_lines(course));
-    if (&course != &e.last_iteration()) return;
+    if (&course != &e.last_iteration() || !e.likelihood_ready) return;
     lines.push_back("Fitted margins after last step:");
     Append_fitted_margins(e, names, lines);
 }
@@ -440,13 +427,14 @@ Lines Result_lines(const EstimatedGLLRM& e, const NamesOfCategories& names) {
         lines.push_back("All items are degenerate: nothing is estimated");
         return lines;
     }
-    if (e.iteration.steps > 0)
+    if (e.iteration.end.reason != IterationStop::none)
         Append_course(e, e.iteration, names, lines);
     else
         lines.push_back("All items are degenerate among complete responses");
     if (e.with_incomplete) {
-        lines.push_back(fmt::format("-ln(likelihood) = {}",
-                                    Field(static_cast<double>(e.iteration.neg_loglik), 10, 3)));
+        lines.push_back(
+            fmt::format("-ln(likelihood) = {}",
+                        Field(static_cast<double>(e.iteration.neg_loglik.value_or(0)), 10, 3)));
         lines.push_back("");
         lines.push_back("Initial parameters based on complete responses");
         Append_lines(lines, Item_parameter_lines(e.model, e.initial_parameters->eps));
@@ -505,7 +493,7 @@ std::string Delta_text(Extended Delta) {
 }
 
 std::vector<std::string> Assumed_model_lines(const GLLRM& model) {
-    Lines lines = {"The assumed model: " + Text_of_model(model), ""};
+    Lines lines = {"The assumed model: " + Text_or_Rasch_model(model), ""};
     const ModelStructure structure = Structure_of(model);
     if (structure.pairs.empty()) {
         lines.push_back("All items are assumed to be locally independent");
@@ -553,6 +541,25 @@ std::vector<std::string> Estimation_lines_of_code(int code, const EstimatedGLLRM
     return Estimation_lines(static_cast<EstimationBlock>(code), estimate);
 }
 
+std::vector<std::string> Step_lines(const EstimatedGLLRM& estimate) {
+    Lines lines;
+    const auto tell = [&](const Iteration& course, const char* whose) {
+        lines.push_back(fmt::format("Delta of each step: {} item responses", whose));
+        const std::size_t n = course.history.size();
+        for (std::size_t k = 0; k < n; ++k) {
+            if (n > 2 * DeltasShown && k == DeltasShown) {
+                lines.push_back("   ...");
+                k = n - DeltasShown;
+            }
+            lines.push_back(
+                fmt::format("{}  {}", Field(k + 1, 6), Right(Delta_text(course.history[k]), 14)));
+        }
+    };
+    tell(estimate.iteration, "complete");
+    if (estimate.with_incomplete) tell(*estimate.with_incomplete, "complete and incomplete");
+    return lines;
+}
+
 std::vector<std::string> Unfinished_lines(const UnfinishedIteration& unfinished) {
     Lines lines = {"Estimation did not converge", fmt::format("Step no. {}", unfinished.stop.step),
                    fmt::format("Initial delta  = {}", Delta_text(unfinished.initial_Delta)),
@@ -567,6 +574,7 @@ std::vector<std::string> Unfinished_lines(const UnfinishedIteration& unfinished)
 std::optional<NestedModels> Compare_nested(const EstimatedGLLRM& current,
                                            const EstimatedGLLRM& previous) {
     if (!Same_variables(current.model, previous.model)) return {};
+    if (!current.likelihood_ready || !previous.likelihood_ready) return {};
     if (current.settings.incomplete_responses != previous.settings.incomplete_responses ||
         current.settings.ordered_thresholds != previous.settings.ordered_thresholds)
         return {};
@@ -587,8 +595,8 @@ std::optional<NestedModels> Compare_nested(const EstimatedGLLRM& current,
 std::vector<std::string> Nested_model_lines(const EstimatedGLLRM& current,
                                             const EstimatedGLLRM& previous,
                                             const NestedModels& nested) {
-    Lines lines = {"Nested models:", "The current model: " + Text_of_model(current.model),
-                   "The previous model: " + Text_of_model(previous.model)};
+    Lines lines = {"Nested models:", "The current model: " + Text_or_Rasch_model(current.model),
+                   "The previous model: " + Text_or_Rasch_model(previous.model)};
     lines.push_back(fmt::format("Number of parameters in the current model:  {}", current.npar));
     lines.push_back(fmt::format("Number of parameters in the previous model: {}", previous.npar));
     if (!nested.same_persons) {

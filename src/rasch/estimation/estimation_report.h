@@ -33,6 +33,9 @@ std::vector<std::string> Assumed_model_lines(const GLLRM& model);
 std::vector<std::string> Estimation_lines_of_code(int code, const EstimatedGLLRM& estimate);
 
 /// What a user reads before "Do you want the estimation procedure to continue?".
+/// The Delta of each step of an estimate, of more than 40 the first and the last 20.
+std::vector<std::string> Step_lines(const EstimatedGLLRM& estimate);
+
 std::vector<std::string> Unfinished_lines(const UnfinishedIteration& unfinished);
 
 /// Two models of the same persons, one of which has all terms of the other.

@@ -10,7 +10,7 @@ constexpr Extended CyclingDelta = 2.0L;
 constexpr Extended CyclingGain = 0.00001L;
 constexpr int StepsBeforeRecurrence = 5;
 constexpr int MostWorseningSteps = 11;
-constexpr int StepsOfAStretch = 1000;
+constexpr int StepsBetweenStops = 1000;
 
 }  // namespace
 
@@ -40,7 +40,7 @@ IterationStop Stop_after(std::span<const Extended> history, int number, const St
     if (Delta < static_cast<Extended>(rules.critical_Delta)) return IterationStop::converged;
     if (number > rules.Nstep && Delta_recurs(history, number)) return IterationStop::cycling;
     if (number == rules.maximum_steps) return IterationStop::maximum_steps;
-    if (number % StepsOfAStretch == 0) return IterationStop::thousand_steps;
+    if (number % StepsBetweenStops == 0) return IterationStop::thousand_steps;
     if (Delta == before) return IterationStop::same_delta;
     if (number > StepsBeforeRecurrence && Delta == Delta_back(history, 2))
         return IterationStop::delta_two_back;

@@ -213,7 +213,8 @@ void Normalise_items(const ModelStructure& structure, const SufficientMargins& m
         const Extended lowest = eps[Place(low)];
         if (lowest > 0)
             for (int x = low; x <= high; ++x) eps[Place(x)] /= lowest;
-        if (Has_number(margins.degenerate, i) || !(eps[Place(high)] > 0)) continue;
+        // A degenerate item adds nothing: its only category is 1 by now.
+        if (!(eps[Place(high)] > 0)) continue;
         log_product += std::log(eps[Place(high)]);
         span += high - low;
     }
@@ -275,11 +276,13 @@ void Take_observed_of_degenerate(const ModelStructure& structure, const Sufficie
             Copy_observed(margins.terms[k], expected.terms[k]);
 }
 
-Extended Take_a_LL_step(const ModelStructure& structure, const SufficientMargins& margins,
-                        const StepOptions& options, PolynomialMemory& memory,
-                        ExpectedMargins& expected, GLLRMParameters& parameters) {
+std::optional<Extended> Take_a_LL_step(const ModelStructure& structure,
+                                       const SufficientMargins& margins, const StepOptions& options,
+                                       PolynomialMemory& memory, ExpectedMargins& expected,
+                                       GLLRMParameters& parameters, const StopCheck& stop) {
     Extended Delta = 0;
-    Expect_margins(structure, parameters, margins.strata, memory, expected);
+    if (!Expect_margins(structure, parameters, margins.strata, memory, expected, nullptr, stop))
+        return {};
     Take_observed_of_degenerate(structure, margins, expected);
     for (std::size_t k = 0; k < margins.pairs.size(); ++k)
         Update_interaction(margins.pairs[k], expected.pairs[k], parameters.lambda[k], Delta);
@@ -294,27 +297,31 @@ Extended Take_a_LL_step(const ModelStructure& structure, const SufficientMargins
     return Delta;
 }
 
-Extended Take_a_sweep(const ModelStructure& structure, const SufficientMargins& margins,
-                      const StepOptions& options, PolynomialMemory& memory,
-                      ExpectedMargins& expected, GLLRMParameters& parameters,
-                      const std::function<bool()>& stop) {
+std::optional<Extended> Take_a_sweep(const ModelStructure& structure,
+                                     const SufficientMargins& margins, const StepOptions& options,
+                                     PolynomialMemory& memory, ExpectedMargins& expected,
+                                     GLLRMParameters& parameters, const StopCheck& stop) {
+    const GLLRMParameters before = parameters;
     Extended Delta = 0;
     const auto renew = [&] {
-        if (stop && stop()) return false;
-        Expect_margins(structure, parameters, margins.strata, memory, expected);
+        if (!Expect_margins(structure, parameters, margins.strata, memory, expected, nullptr,
+                            stop)) {
+            parameters = before;
+            return false;
+        }
         Take_observed_of_degenerate(structure, margins, expected);
         return true;
     };
-    if (!renew()) return Delta;
+    if (!renew()) return {};
     Update_items(structure, margins, options, expected, parameters, Delta);
     for (std::size_t k = 0; k < margins.pairs.size(); ++k) {
         if (!Has_interaction(margins.pairs[k])) continue;
-        if (!renew()) return Delta;
+        if (!renew()) return {};
         Update_interaction(margins.pairs[k], expected.pairs[k], parameters.lambda[k], Delta);
     }
     for (std::size_t k = 0; k < margins.terms.size(); ++k) {
         if (!Has_interaction(margins.terms[k])) continue;
-        if (!renew()) return Delta;
+        if (!renew()) return {};
         Update_interaction(margins.terms[k], expected.terms[k], parameters.delta[k], Delta);
     }
     return Delta;
@@ -338,7 +345,7 @@ bool Order_thresholds(const ModelStructure& structure, const SufficientMargins& 
         if (!raised) break;
         raised_any = true;
     }
-    if (raised_any) Normalise_items(structure, margins, parameters);
+    // The lowest and the top categories, by which items are normalised, were left as they were.
     return raised_any;
 }
 

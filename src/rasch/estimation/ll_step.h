@@ -1,9 +1,10 @@
 #pragma once
 
-#include <functional>
+#include <optional>
 
 #include "rasch/estimation/score_polynomial.h"
 #include "rasch/estimation/sufficient_margins.h"
+#include "shell/stop_check.h"
 
 namespace tarven {
 
@@ -44,25 +45,30 @@ GLLRMParameters Start_from(const ModelStructure& structure, const SufficientMarg
 
 /// What may be chosen of a step.
 struct StepOptions {
-    bool lowest_categories_stay = false;  ///< leaves out the lowest category of each item
+    /// Leaves out the lowest category of each item, whose parameter the normalisation makes 1
+    /// again.
+    bool lowest_categories_stay = false;
 };
 
 /// One step: expected margins at the parameters as they are, then all tables at once, LD, DIF,
 /// items, and their normalisations. Returns Delta, the largest gap between an observed and an
 /// expected margin in persons, as it was before. Margins of degenerate items, and of interactions
-/// with them, count as fitted.
-Extended Take_a_LL_step(const ModelStructure& structure, const SufficientMargins& margins,
-                        const StepOptions& options, PolynomialMemory& memory,
-                        ExpectedMargins& expected, GLLRMParameters& parameters);
+/// with them, count as fitted. `stop` is asked within the calculation of the margins; a step that
+/// it ends has no Delta and leaves the parameters as they were.
+std::optional<Extended> Take_a_LL_step(const ModelStructure& structure,
+                                       const SufficientMargins& margins, const StepOptions& options,
+                                       PolynomialMemory& memory, ExpectedMargins& expected,
+                                       GLLRMParameters& parameters, const StopCheck& stop = {});
 
 /// A sweep of one table at a time: the items, each pair, each term, the expected margins made anew
 /// before each. It costs as many steps as there are tables, but the likelihood cannot fall. Nothing
 /// is normalised, which would throw back what the tables before have reached. Returns the largest
-/// gap that a table had before its turn. `stop` is asked before each table and ends the sweep.
-Extended Take_a_sweep(const ModelStructure& structure, const SufficientMargins& margins,
-                      const StepOptions& options, PolynomialMemory& memory,
-                      ExpectedMargins& expected, GLLRMParameters& parameters,
-                      const std::function<bool()>& stop = {});
+/// gap that a table had before its turn. `stop` as in a step: a sweep that it ends leaves the
+/// parameters of before the sweep.
+std::optional<Extended> Take_a_sweep(const ModelStructure& structure,
+                                     const SufficientMargins& margins, const StepOptions& options,
+                                     PolynomialMemory& memory, ExpectedMargins& expected,
+                                     GLLRMParameters& parameters, const StopCheck& stop = {});
 
 /// The normalisation of interactions and items that leaves all probabilities as they are, for
 /// parameters after sweeps: what an interaction loses goes into its items. Where the reference row

@@ -12,6 +12,10 @@ std::size_t At(int i) {
     return static_cast<std::size_t>(i);
 }
 
+/// Response vectors below a node of a walk at which the user is asked whether to stop: some
+/// microseconds of work.
+constexpr std::int64_t VectorsBetweenQuestions = 4096;
+
 using ItemRow = std::array<Extended, ItemScores>;
 
 /// One item of a component on the walk over its response vectors.
@@ -35,6 +39,20 @@ struct Members {
     std::vector<MemberItem> items;
     int low = 0;   ///< sum of the lowest scores
     int span = 0;  ///< sum of high - low
+    /// The items from here on have few response vectors, those from the one before on many; past
+    /// the last item when there are few of all.
+    std::size_t asking_depth = 0;
+
+    void Set_asking_depth() {
+        std::int64_t vectors = 1;
+        asking_depth = items.size();
+        for (std::size_t depth = items.size(); depth-- > 0;) {
+            vectors *= items[depth].high - items[depth].low + 1;
+            if (vectors <= VectorsBetweenQuestions) continue;
+            asking_depth = depth + 1;
+            return;
+        }
+    }
 
     void Add(const ModelStructure& structure, const GLLRMParameters& parameters,
              const ItemComponent& component, int item) {
@@ -79,10 +97,25 @@ Extended Factor(const Members& members, std::size_t depth, int x, const int* cho
     return factor;
 }
 
+/// Asks whether to stop, and keeps a Yes: who answers it may forget it.
+class Watch {
+  public:
+    explicit Watch(const StopCheck& stop) : stop_(stop) {}
+    bool Asked() {
+        if (!stopped && stop_) stopped = stop_();
+        return stopped;
+    }
+    bool stopped = false;
+
+  private:
+    const StopCheck& stop_;
+};
+
 /// Adds the products of all response vectors to f[score - low], an odometer whose last item turns
 /// fastest and whose products are kept from wheel to wheel.
 void Add_vectors(const Members& members, std::size_t depth, Extended product, int* chosen,
-                 Extended* f) {
+                 Extended* f, Watch& watch) {
+    if (depth == members.asking_depth && watch.Asked()) return;
     const MemberItem& member = members.items[depth];
     const bool last = depth + 1 == members.items.size();
     for (int x = member.low; x <= member.high; ++x) {
@@ -93,12 +126,13 @@ void Add_vectors(const Members& members, std::size_t depth, Extended product, in
             continue;
         }
         chosen[depth] = x;
-        Add_vectors(members, depth + 1, next, chosen, f + (x - member.low));
+        Add_vectors(members, depth + 1, next, chosen, f + (x - member.low), watch);
     }
 }
 
 /// The polynomial of a component from its lowest score on, into f[0..span].
-void Component_polynomial(const Members& members, std::vector<int>& positions, Extended* f) {
+void Component_polynomial(const Members& members, std::vector<int>& positions, Extended* f,
+                          Watch& watch) {
     if (members.items.size() == 1) {
         const MemberItem& only = members.items.front();
         std::copy(&only.effective[At(only.low)], &only.effective[At(only.high)] + 1, f);
@@ -106,7 +140,7 @@ void Component_polynomial(const Members& members, std::vector<int>& positions, E
     }
     std::fill(f, f + members.span + 1, Extended{0});
     positions.resize(members.items.size());
-    Add_vectors(members, 0, 1, positions.data(), f);
+    Add_vectors(members, 0, 1, positions.data(), f, watch);
 }
 
 /// to[0..size+span] = g[0..size] times f[0..span].
@@ -178,13 +212,14 @@ class StratumWalk {
   public:
     StratumWalk(const ModelStructure& structure, const GLLRMParameters& parameters,
                 const Stratum& stratum, PolynomialMemory& memory, ExpectedMargins& expected,
-                Extended* log_gamma)
+                Extended* log_gamma, Watch& watch)
         : structure_(structure),
           parameters_(parameters),
           stratum_(stratum),
           memory_(memory),
           expected_(expected),
           log_gamma_(log_gamma),
+          watch_(watch),
           categories_(structure.sources.size(), 1) {
         Place_components();
     }
@@ -208,6 +243,7 @@ class StratumWalk {
     PolynomialMemory& memory_;
     ExpectedMargins& expected_;
     Extended* log_gamma_;
+    Watch& watch_;
     std::vector<std::uint8_t> categories_;  ///< of every source of the structure
     std::vector<std::vector<Placed>> levels_;
     std::size_t used_ = 0;
@@ -229,6 +265,7 @@ class StratumWalk {
             Placed placed;
             for (const int i : component.items)
                 placed.members.Add(structure_, parameters_, component, i);
+            placed.members.Set_asking_depth();
             low_ += placed.members.low;
             span += At(placed.members.span);
             ++parts;
@@ -251,6 +288,7 @@ class StratumWalk {
     /// g_bar.
     void Visit(std::size_t level, std::size_t first, std::size_t end, const Extended* g, int size,
                Extended* g_bar) {
+        if (watch_.Asked()) return;
         const std::size_t mark = used_;
         std::vector<Placed>& here = levels_[level];
         struct Link {
@@ -267,7 +305,7 @@ class StratumWalk {
             if (level > 0) placed.members.Set_cell(structure_, parameters_, categories_);
             const int span = placed.members.span;
             Extended* f = Take(span + 1);
-            Component_polynomial(placed.members, memory_.positions, f);
+            Component_polynomial(placed.members, memory_.positions, f, watch_);
             Extended* product = Take(top_size + span + 1);
             Convolve(top, top_size, f, span, product);
             chain.push_back({top, top_size, f});
@@ -337,6 +375,7 @@ class StratumWalk {
     Extended Sum_vectors(const Members& members, std::size_t depth, Extended product,
                          const Extended* f_bar) {
         if (depth == members.items.size()) return product * *f_bar;
+        if (depth == members.asking_depth && watch_.Asked()) return 0;
         const MemberItem& member = members.items[depth];
         Extended sum = 0;
         for (int x = member.low; x <= member.high; ++x) {
@@ -369,25 +408,29 @@ ScorePolynomial Product(const ScorePolynomial& one, const ScorePolynomial& other
 }
 
 ScorePolynomial Score_polynomial(const ModelStructure& structure, const GLLRMParameters& parameters,
-                                 std::span<const std::uint8_t> categories, NumberSet items) {
+                                 std::span<const std::uint8_t> categories, NumberSet items,
+                                 const StopCheck& stop) {
     ScorePolynomial whole;
+    Watch watch(stop);
     std::vector<int> positions;
     for (const ItemComponent& component : structure.components) {
         Members members;
         for (const int i : component.items)
             if (Has_number(items, i)) members.Add(structure, parameters, component, i);
         if (members.items.empty()) continue;
+        members.Set_asking_depth();
         members.Set_cell(structure, parameters, categories);
         ScorePolynomial part{.low = members.low, .g = std::vector<Extended>(At(members.span + 1))};
-        Component_polynomial(members, positions, part.g.data());
+        Component_polynomial(members, positions, part.g.data(), watch);
         whole = Product(whole, part);
     }
+    whole.stopped = watch.stopped;
     return whole;
 }
 
-void Expect_margins(const ModelStructure& structure, const GLLRMParameters& parameters,
+bool Expect_margins(const ModelStructure& structure, const GLLRMParameters& parameters,
                     std::span<const Stratum> strata, PolynomialMemory& memory,
-                    ExpectedMargins& expected, Extended* log_gamma) {
+                    ExpectedMargins& expected, Extended* log_gamma, const StopCheck& stop) {
     for (auto& row : expected.items.entries) row.fill(0);
     expected.pairs.resize(structure.pairs.size());
     for (auto& table : expected.pairs) table = ScoreTable<Extended>(ItemScores);
@@ -396,8 +439,10 @@ void Expect_margins(const ModelStructure& structure, const GLLRMParameters& para
         expected.terms[k] =
             ScoreTable<Extended>(structure.sources[At(structure.terms[k].source)].categories);
     if (log_gamma) *log_gamma = 0;
+    Watch watch(stop);
     for (const Stratum& stratum : strata)
-        StratumWalk(structure, parameters, stratum, memory, expected, log_gamma).Run();
+        StratumWalk(structure, parameters, stratum, memory, expected, log_gamma, watch).Run();
+    return !watch.stopped;
 }
 
 }  // namespace tarven

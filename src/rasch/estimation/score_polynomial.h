@@ -6,6 +6,7 @@
 
 #include "rasch/estimation/model_structure.h"
 #include "rasch/estimation/sufficient_margins.h"
+#include "shell/stop_check.h"
 
 namespace tarven {
 
@@ -20,6 +21,7 @@ namespace tarven {
 struct ScorePolynomial {
     int low = 0;
     std::vector<Extended> g{1};
+    bool stopped = false;  ///< by the user: the coefficients lack response vectors
 
     int high() const { return low + static_cast<int>(g.size()) - 1; }
     Extended operator()(int score) const {
@@ -34,9 +36,11 @@ NumberSet All_items(int n);
 /// of a component, of a subset. Of a component with dependent items the pairs within the set count.
 /// categories[k] is the category of source k, from 1; it is not read where no item of the set has
 /// DIF by it. Items with no observed category make it 0.
+/// `stop` is asked every some thousand response vectors.
 /// Cost: items times scores, and the response vectors of the components.
 ScorePolynomial Score_polynomial(const ModelStructure& structure, const GLLRMParameters& parameters,
-                                 std::span<const std::uint8_t> categories, NumberSet items);
+                                 std::span<const std::uint8_t> categories, NumberSet items,
+                                 const StopCheck& stop = {});
 
 /// The product of two polynomials.
 ScorePolynomial Product(const ScorePolynomial& one, const ScorePolynomial& other);
@@ -63,8 +67,12 @@ struct PolynomialMemory {
 /// along the chain gives the expected margins of all components, with products and sums of positive
 /// numbers alone, at twice the cost of the polynomial itself. Cells are walked as a tree of the
 /// categories of the sources, in which what a component shares with other cells is done once.
-void Expect_margins(const ModelStructure& structure, const GLLRMParameters& parameters,
+///
+/// `stop` is asked at each cell and every some thousand response vectors. False when it ended the
+/// calculation: the margins are not those of all persons then.
+bool Expect_margins(const ModelStructure& structure, const GLLRMParameters& parameters,
                     std::span<const Stratum> strata, PolynomialMemory& memory,
-                    ExpectedMargins& expected, Extended* log_gamma = nullptr);
+                    ExpectedMargins& expected, Extended* log_gamma = nullptr,
+                    const StopCheck& stop = {});
 
 }  // namespace tarven

@@ -4,6 +4,8 @@
 #include <cassert>
 #include <map>
 
+#include "rasch/items/score_distribution.h"
+
 namespace tarven {
 
 namespace {
@@ -36,17 +38,6 @@ void Read_source_categories(const GLLRM& model, const ModelStructure& structure,
             source.variable <= model.NEXOGENE ? Category(exo, source.variable)
             : score >= 0                      ? model.groups.ScoreGruppe(score)
                                               : 0));
-}
-
-/// The total score, -1 when a response is missing.
-int Total_score(const ResponseTable& table, std::size_t p) {
-    const std::uint8_t* scores = table.Scores(p);
-    int sum = 0;
-    for (int i = 0; i < table.NITEMS; ++i) {
-        if (scores[i] == NoResponse) return -1;
-        sum += scores[i];
-    }
-    return sum;
 }
 
 /// Whether the score bounds and the score groups let a person in: who has no total score cannot be
@@ -209,7 +200,7 @@ std::vector<int> Sources_of(const ModelStructure& structure, const std::vector<i
 int Highest_complete_score(const ResponseTable& table) {
     int highest = -1;
     for (std::size_t p = 0; p < table.size(); ++p)
-        highest = std::max(highest, Total_score(table, p));
+        highest = std::max(highest, Score_of(table.Scores(p), table.NITEMS));
     return highest;
 }
 
@@ -234,7 +225,7 @@ SufficientMargins Complete_margins(const GLLRM& model, const ModelStructure& str
     std::vector<std::uint8_t> categories;
     for (std::size_t p = 0; p < table.size(); ++p) {
         if (!Passes(filter, table.Exo(p))) continue;
-        const int score = Total_score(table, p);
+        const int score = Score_of(table.Scores(p), table.NITEMS);
         if (!Within_scores(model, structure, filter, score)) continue;
         const std::int64_t persons = table.counts[p];
         Read_source_categories(model, structure, table.Exo(p), score, categories);
@@ -270,7 +261,7 @@ SufficientMargins Incomplete_margins(const GLLRM& model, const ModelStructure& s
     for (std::size_t p = 0; p < table.size(); ++p) {
         if (!Passes(filter, table.Exo(p))) continue;
         const std::uint8_t* scores = table.Scores(p);
-        const int total = Total_score(table, p);
+        const int total = Score_of(table.Scores(p), table.NITEMS);
         if (!Within_scores(model, structure, filter, total)) continue;
         Read_source_categories(model, structure, table.Exo(p), total, categories);
         if (total >= 0 && All_present(categories)) continue;

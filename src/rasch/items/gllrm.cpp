@@ -39,6 +39,20 @@ int highest_possible_score(const GLLRM& model) {
     return sum;
 }
 
+int Highest_item_maxscore(const GLLRM& model) {
+    int highest = 0;
+    for (int i = 1; i <= model.NITEMS; ++i)
+        highest = std::max(highest, model.ItemNo(i).Item_maxscore());
+    return highest;
+}
+
+std::string Labels_of_set(const GLLRM& model, NumberSet items) {
+    std::string labels;
+    for (int i = 1; i <= model.NITEMS; ++i)
+        if (Has_number(items, i)) labels += model.ItemNo(i).label;
+    return labels;
+}
+
 std::string Item_labels(const GLLRM& model) {
     std::string labels;
     for (int i = 1; i <= model.NITEMS; ++i) labels += model.ItemNo(i).label;

@@ -81,6 +81,11 @@ int Largest_possible_score(const GLLRM& model);
 /// Sum of the highest scores seen of each item: 0 until the scores are computed.
 int highest_possible_score(const GLLRM& model);
 
+/// The highest Item_maxscore() of all items.
+int Highest_item_maxscore(const GLLRM& model);
+
+/// The labels of a set of items, in their order.
+std::string Labels_of_set(const GLLRM& model, NumberSet items);
 /// The labels of the items, of the exogenous variables, in their order.
 std::string Item_labels(const GLLRM& model);
 std::string Exo_labels(const GLLRM& model);

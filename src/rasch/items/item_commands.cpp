@@ -86,7 +86,7 @@ Outcome ITEMS() {
         return Refuse_items({fmt::format("\"{}\" is no variable", typed.not_understood),
                              "Items were not selected"});
     const Separated separated =
-        Separate(typed.variables, Variables_of_exogenous(The_items.model), The_project);
+        Leave_out(typed.variables, Variables_of_exogenous(The_items.model), The_project);
     if (!separated.dropped.empty())
         ShowMessage(
             fmt::format("These variables are exogenous: {}. They are not included among items.",
@@ -135,7 +135,7 @@ Outcome EXOGENOUS() {
         return refuse("Error defining exogenous variables: " +
                       std::string(Behind_keyword(The_line.CommandLine)));
     const Separated separated =
-        Separate(typed.variables, Variables_of_items(The_items.model), The_project);
+        Leave_out(typed.variables, Variables_of_items(The_items.model), The_project);
     if (!separated.dropped.empty())
         ShowMessage(fmt::format(
             "These variables are items: {}. They are therefore not included among items",
@@ -253,6 +253,7 @@ constexpr const char* ItemsHelp =
     "Selects the items: labels or numbers in any order, * for all variables. Without variables\n"
     "they are chosen from a list. An item that counts downwards is flipped: ITEMS AB-C sets the\n"
     "flags of all three, C up and A and B down (a - behind the last item: none is flipped);\n"
+    "-* flips all, *-C but C none, since the sign of the last mention counts;\n"
     "without any - flags stay as they were. The items before, their score, the score groups and\n"
     "the terms of the model are given up, and so is a table that holds the score #.\n"
     "\n"

@@ -21,20 +21,6 @@ std::string Item_text(const Item& item) {
                        Left(item.name, NameWidth));
 }
 
-int Highest_item_maxscore(const GLLRM& model) {
-    int highest = 0;
-    for (int i = 1; i <= model.NITEMS; ++i)
-        highest = std::max(highest, model.ItemNo(i).Item_maxscore());
-    return highest;
-}
-
-std::string Labels_of_set(const GLLRM& model, NumberSet items) {
-    std::string labels;
-    for (int i = 1; i <= model.NITEMS; ++i)
-        if (Has_number(items, i)) labels += model.ItemNo(i).label;
-    return labels;
-}
-
 std::string Flipped_labels(const GLLRM& model) {
     std::string labels;
     for (int i = 1; i <= model.NITEMS; ++i)
@@ -102,13 +88,14 @@ std::vector<std::string> Item_list_lines(const GLLRM& model, const ItemCounts& c
         const Item& item = model.ItemNo(i);
         std::string line = " " + Item_text(item);
         for (int x = 0; x <= highest; ++x)
-            line +=
+            line = Beside(
+                line,
                 x <= item.Item_maxscore()
                     ? Field(counts.counts[static_cast<std::size_t>(i)][static_cast<std::size_t>(x)],
                             CountWidth)
-                    : Blanks(CountWidth);
+                    : Blanks(CountWidth));
         const std::int64_t responses = counts.Responses(i);
-        line += Field(counts.persons - responses, CountWidth + 2);
+        line = Beside(line, Field(counts.persons - responses, CountWidth + 2));
         line += responses > 0 ? Field(counts.Mean(i), CountWidth, 2) : Right(".", CountWidth);
         lines.push_back(line);
     }
@@ -125,7 +112,7 @@ std::vector<std::string> Item_means_lines(const GLLRM& model, int x,
     std::string persons = Left(" Persons", 4 + NameWidth);
     for (std::size_t c = 1; c < counts.size(); ++c) {
         heading = Beside(heading, Right(Category_text(names, c), Width));
-        persons += Field(counts[c].persons, Width);
+        persons = Beside(persons, Field(counts[c].persons, Width));
     }
     lines.insert(lines.end(), {heading, persons});
     for (int i = 1; i <= model.NITEMS; ++i) {
@@ -200,10 +187,10 @@ std::vector<std::string> Component_score_lines(const GLLRM& model,
             std::string counts = Right(Group_name(model.groups, g), 11) + " ";
             std::string percentages = Blanks(12);
             for (const std::int64_t count : row) {
-                counts += Field(count, Width);
-                percentages += Field(Percent(count, persons), Width, 1);
+                counts = Beside(counts, Field(count, Width));
+                percentages = Beside(percentages, Field(Percent(count, persons), Width, 1));
             }
-            counts += Field(persons, Width + 3);
+            counts = Beside(counts, Field(persons, Width + 3));
             counts += persons > 0 ? Field(static_cast<double>(sum) / static_cast<double>(persons),
                                           Width + 1, 2)
                                   : Right(".", Width + 1);

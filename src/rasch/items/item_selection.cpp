@@ -74,9 +74,13 @@ TypedVariables Read_variables_of_line(std::string_view line, const ProjectDefini
         while (!letters.empty() && Is_digit(letters.back())) letters.pop_back();
     const std::string_view text = Behind_keyword(letters);
     const auto take = [&](int v, bool flipped) {
-        if (Contains(typed.variables, v)) return;
-        typed.variables.push_back(v);
-        typed.flipped.push_back(flipped);
+        const auto there = std::find(typed.variables.begin(), typed.variables.end(), v);
+        const auto at = static_cast<std::size_t>(there - typed.variables.begin());
+        if (there == typed.variables.end()) {
+            typed.variables.push_back(v);
+            typed.flipped.push_back(false);
+        }
+        typed.flipped[at] = flipped;
     };
     bool minus = false;
     for (std::size_t k = 0; k < text.size();) {
@@ -94,7 +98,7 @@ TypedVariables Read_variables_of_line(std::string_view line, const ProjectDefini
         const VariableList list = Select_list_to_variables(word, labels, false);
         const int v = list.ok && list.list.size() == 1 ? list.list[0] : 0;
         if (word == "*") {
-            for (int all = 1; all <= project.N; ++all) take(all, false);
+            for (int all = 1; all <= project.N; ++all) take(all, minus);
         } else if (v >= 1 && v <= project.N) {
             take(v, minus);
         } else if (!list.ok && typed.ok) {
@@ -106,8 +110,8 @@ TypedVariables Read_variables_of_line(std::string_view line, const ProjectDefini
     return typed;
 }
 
-Separated Separate(const std::vector<int>& variables, const std::vector<int>& others,
-                   const ProjectDefinition& project) {
+Separated Leave_out(const std::vector<int>& variables, const std::vector<int>& others,
+                    const ProjectDefinition& project) {
     Separated separated;
     for (const int v : variables)
         if (Contains(others, v))

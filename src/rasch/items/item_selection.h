@@ -12,7 +12,8 @@ namespace tarven {
 
 /// Choosing items and exogenous variables from what is typed.
 
-/// A list of variables as typed: labels, numbers and "*" for all. Each once, in the order typed.
+/// A list of variables as typed: labels, numbers and "*" for all. Each once, in the order typed,
+/// with the sign of its last mention; "-*" are all variables with one.
 struct TypedVariables {
     std::vector<int> variables;  ///< project variable numbers
     std::vector<bool> flipped;   ///< parallel: a "-" stands before it
@@ -32,8 +33,8 @@ struct Separated {
     std::vector<int> kept;
     std::string dropped;
 };
-Separated Separate(const std::vector<int>& variables, const std::vector<int>& others,
-                   const ProjectDefinition& project);
+Separated Leave_out(const std::vector<int>& variables, const std::vector<int>& others,
+                    const ProjectDefinition& project);
 
 std::vector<int> Variables_of_items(const GLLRM& model);
 std::vector<int> Variables_of_exogenous(const GLLRM& model);

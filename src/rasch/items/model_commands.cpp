@@ -28,11 +28,6 @@ namespace fs = std::filesystem;
 const Need Items_are_there{[] { return The_items.model.NITEMS > 0; },
                            "Items have not been defined"};
 
-std::string Text_or_Rasch_model() {
-    const std::string text = The_current_GLLRM();
-    return text.empty() ? "Rasch model" : text;
-}
-
 Outcome LLR() {
     const std::string_view text = Behind_keyword(The_line.CommandLine);
     const std::string labels = Project_labels();
@@ -43,12 +38,12 @@ Outcome LLR() {
         Write_report("Changes to the current GLLRM:");
         Write_lines(amended->lines);
         if (amended->lines.empty()) Write_report("no changes");
-        Write_report("The_current_GLLRM      =   " + Text_or_Rasch_model());
+        Write_report("The_current_GLLRM      =   " + Text_or_Rasch_model(The_items.model));
     } else {
         const Result<GLLRM> model = With_terms(The_items.model, text, labels);
         if (!model) return Refuse(model.failure());
         Set_current_model(*model);
-        Write_report("New GLLRM: " + Text_or_Rasch_model());
+        Write_report("New GLLRM: " + Text_or_Rasch_model(The_items.model));
     }
     if (!The_items.CurrentIRTparameters_ready)
         Write_report("The parameters of the current GLLRM are not ready");
@@ -56,7 +51,7 @@ Outcome LLR() {
 }
 
 Outcome GLLRM_command() {
-    Write_report("The_current_GLLRM      =   " + Text_or_Rasch_model());
+    Write_report("The_current_GLLRM      =   " + Text_or_Rasch_model(The_items.model));
     const auto state = [](bool ready) { return ready ? "estimated" : "not estimated"; };
     Write_report(fmt::format("Item parameters:   {}", state(The_items.CurrentIRTparameters_ready)));
     Write_report(fmt::format("Person parameters: {}", state(The_items.CurrentPersons_ready)));
@@ -115,12 +110,23 @@ fs::path Model_file() {
     return Existing_or(file);
 }
 
+/// What a file is kept for instead of a model; empty for nothing. What ends in REP or TMP may be
+/// the only copy of a report.
+std::string Other_use_of(const fs::path& file) {
+    const std::string extension = Upper(file.extension().string());
+    if (extension == ".REP" || extension == ".TMP") return "reports";
+    return Refusal_of_target(file).empty() ? "" : "a file of a project or of the program";
+}
+
 void Save_model() {
     const fs::path file = Model_file();
     if (file.empty()) return ShowMessage("SAVE R needs the name of a file: SAVE R model.cmd");
-    if (!Refusal_of_target(file).empty())
-        return ShowMessage(Path_text(file) +
-                           " is kept for other things: no model is written there");
+    const std::string use = Other_use_of(file);
+    if (!use.empty())
+        return ShowMessage(
+            fmt::format("{} is kept for other things ({}): no model is written there. Take another "
+                        "name: SAVE R {}_model.cmd",
+                        Path_text(file), use, The_project.Projectname));
     std::error_code ignored;
     if (fs::is_regular_file(file, ignored) &&
         !AskYesNo(Path_text(file) + " already exists. Continue?"))

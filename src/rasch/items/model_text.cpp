@@ -112,9 +112,17 @@ std::string Model_text(const GLLRM& model) {
     return text;
 }
 
+std::string Text_or_Rasch_model(const GLLRM& model) {
+    const std::string text = Model_text(model);
+    return text.empty() ? "Rasch model" : text;
+}
+
 std::string Reason_against(const GLLRM& model, const ModelTerm& term) {
     if (!term.with_score) return {};
-    if (model.groups.ScoreDim < 2) return "Scoregroups have not been defined";
+    if (model.groups.ScoreDim < 2)
+        return fmt::format(
+            "Scoregroups have not been defined: the term {} needs two (CUT makes them)",
+            Term_text(model, term));
     if (model.groups.ScoreDim <= MostGroupsOfAnInteraction) return {};
     return fmt::format("{} score groups are too many for the term {} (at most {})",
                        model.groups.ScoreDim, Term_text(model, term), MostGroupsOfAnInteraction);

@@ -47,6 +47,8 @@ std::vector<ModelTerm> Terms_of(const GLLRM& model);
 /// The terms with a blank between: The_current_GLLRM. Empty for a Rasch model. Read by
 /// With_terms it gives the same terms.
 std::string Model_text(const GLLRM& model);
+/// The same as a reader is told it: "Rasch model" without terms.
+std::string Text_or_Rasch_model(const GLLRM& model);
 
 /// The model with the terms of a text instead of its own. Pairs that are no term are passed over, a
 /// label left over is dropped. Fails where the model cannot have a term (Reason_against).

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <new>
 #include <numeric>
 
 namespace tarven {
@@ -112,8 +113,10 @@ void Put_in_order(const RowCounter& counted, ResponseTable& table) {
 
 }  // namespace
 
-Result<ResponseTable> Read_responses(const CasesAtHand& cases, const GLLRM& model,
-                                     const StopCheck& stop) {
+namespace {
+
+Result<ResponseTable> Counted_responses(const CasesAtHand& cases, const GLLRM& model,
+                                        const StopCheck& stop) {
     ResponseTable table;
     table.NITEMS = model.NITEMS;
     table.NEXOGENE = model.NEXOGENE;
@@ -140,6 +143,17 @@ Result<ResponseTable> Read_responses(const CasesAtHand& cases, const GLLRM& mode
     if (!failure.empty()) return Failed{.messages = {failure}};
     Put_in_order(counted, table);
     return table;
+}
+
+}  // namespace
+
+Result<ResponseTable> Read_responses(const CasesAtHand& cases, const GLLRM& model,
+                                     const StopCheck& stop) {
+    try {
+        return Counted_responses(cases, model, stop);
+    } catch (const std::bad_alloc&) {
+        return Failed{.messages = {"There is not enough memory for the responses"}};
+    }
 }
 
 }  // namespace tarven

@@ -1,5 +1,7 @@
 #include "rasch/items/score_commands.h"
 
+#include <fmt/format.h>
+
 #include "rasch/items/item_workspace.h"
 #include "rasch/items/model_text.h"
 #include "rasch/items/score_report.h"
@@ -15,9 +17,18 @@ namespace {
 
 const Need Items_defined{[] { return The_items.model.NITEMS > 0; }, "Items have not been defined"};
 
+ModelTerm First_term_of_score(const GLLRM& model) {
+    int item = 1;
+    while (!Has_number(model.ItemScoreInteractions, item)) ++item;
+    return {.item = item, .with_score = true};
+}
+
 /// Why the terms of the model do not go with these groups; empty when they do.
 std::string Reason_of_terms(const ScoreGrouping& groups) {
     GLLRM model = The_items.model;
+    if (groups.ScoreDim < 2 && model.ItemScoreInteractions != 0)
+        return fmt::format("Only one score group was defined: {} needs two",
+                           Term_text(model, First_term_of_score(model)));
     model.groups = groups;
     for (const ModelTerm& term : Terms_of(model)) {
         std::string reason = Reason_against(model, term);
@@ -94,7 +105,7 @@ constexpr const char* CutHelp =
     "Refused, the groups staying as they were: no items, nobody with responses to all items,\n"
     "words, limits that are not ascending, a cut at or above the highest possible score, a\n"
     "maximum above it, more than 85 groups (# of more than 57 may condition but not be tested,\n"
-    "and of more than 59 is no term of a model).";
+    "and of more than 59 is no term of a model), a single group when the model has a term with #.";
 
 }  // namespace
 

@@ -88,7 +88,8 @@ int Median_cut(const ScoreDistribution& scores) {
 }
 
 /// Persons with scores first..last, the extreme ones left out.
-std::int64_t Persons_between(const ScoreDistribution& scores, int first, int last, int highest) {
+std::int64_t Persons_with_scores(const ScoreDistribution& scores, int first, int last,
+                                 int highest) {
     std::int64_t persons = 0;
     for (int s = std::max(first, 1); s <= std::min(last, highest - 1); ++s)
         persons += scores.Count(s);
@@ -135,7 +136,8 @@ double Loss(const ScoreDistribution& scores, const std::vector<int>& cuts, int h
     double loss = 0;
     int first = 1;
     for (const int cut : cuts) {
-        const auto off = static_cast<double>(Persons_between(scores, first, cut, highest) - target);
+        const auto off =
+            static_cast<double>(Persons_with_scores(scores, first, cut, highest) - target);
         loss += off * off;
         first = cut + 1;
     }
@@ -146,15 +148,13 @@ Result<CutGroups> Groups_of_size(const ScoreDistribution& scores, int highest, s
                                  std::size_t most) {
     const std::vector<int> up = Ascending_cuts(scores, highest, target, most);
     const std::vector<int> down = Descending_cuts(scores, highest, target, most);
-    const bool adjusted = down.size() > up.size() ||
-                          (down.size() == up.size() &&
-                           Loss(scores, down, highest, target) < Loss(scores, up, highest, target));
+    const bool adjusted = Loss(scores, down, highest, target) < Loss(scores, up, highest, target);
     return Groups_of_cuts(0, adjusted ? down : up, adjusted);
 }
 
 Result<CutGroups> Groups_in_number(const ScoreDistribution& scores, int highest, int wanted) {
     const int k = std::clamp(wanted, FewestGroups, MostGroups);
-    const std::int64_t persons = Persons_between(scores, 1, highest - 1, highest);
+    const std::int64_t persons = Persons_with_scores(scores, 1, highest - 1, highest);
     const std::int64_t target = std::max<std::int64_t>(10, persons / (k + 1));
     return Groups_of_size(scores, highest, target, static_cast<std::size_t>(k));
 }

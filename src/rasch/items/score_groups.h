@@ -43,8 +43,9 @@ struct CutGroups {
 ///
 /// The two forms that count persons walk the scores 1..highest_possible_score-1 up and down, since
 /// extreme scores take no part, and close a group each time the target is reached; a left-over
-/// joins the last group. Of the two partitions the ascending one is taken, unless the descending
-/// one has more groups, or as many and a smaller sum of squared differences from the target.
+/// joins the last group. Both walks close the same number of groups, the most that can be had: who
+/// closes each group as early as possible closes as many as anybody. The ascending partition is
+/// taken unless the descending one has a smaller sum of squared differences from the target.
 ///
 /// For groups in a number k (2..10, else the nearest of these) the target is the persons with such
 /// scores divided by k+1, not k, so that the last group is not the small one; at least 10. The walk

@@ -15,7 +15,7 @@ std::string Count_line(const std::string& score, std::int64_t count, std::int64_
     const auto percent = [&](std::int64_t part) {
         return total == 0 ? 0 : 100.0 * static_cast<double>(part) / static_cast<double>(total);
     };
-    return Right(score, ScoreWidth) + Field(count, 7) + Field(percent(count), 8, 1) +
+    return Beside(Right(score, ScoreWidth), Field(count, 7)) + Field(percent(count), 8, 1) +
            Field(percent(up_to), 11, 1);
 }
 
@@ -112,10 +112,11 @@ std::vector<std::string> Scores_by_lines(const GLLRM& model, int x,
         const std::string name = category == 0 ? "missing"
                                  : named       ? names[category - 1]
                                                : std::to_string(category);
-        std::string line = Left(" " + name, 12) + Field(of.persons, 8);
+        std::string line = Beside(Left(" " + name, 12), Field(of.persons, 8));
         line += of.persons > 0 ? Field(of.mean, 8, 2) : Right(".", 8);
         line += of.persons > 1 ? Field(of.standard_deviation, 8, 2) : Right(".", 8);
-        for (std::size_t g = 1; by_group && g <= groups; ++g) line += Field(of.group_counts[g], 9);
+        for (std::size_t g = 1; by_group && g <= groups; ++g)
+            line = Beside(line, Field(of.group_counts[g], 9));
         lines.push_back(line);
     }
     return lines;

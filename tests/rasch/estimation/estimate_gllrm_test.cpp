@@ -7,7 +7,9 @@
 #include <cmath>
 #include <random>
 #include <thread>
+#include <utility>
 
+#include "rasch/estimation/estimation_report.h"
 #include "support/item_models.h"
 #include "support/item_samples.h"
 #include "support/reference_figures.h"
@@ -598,6 +600,68 @@ TEST(Edges, ATableWhoseReferencesCrossInAnEmptyCellIsFitted) {
     EXPECT_LT(Largest_gap(e), 1e-3);
 }
 
+TEST(Edges, ASourceWhoseReferencesCrossInAnEmptyCellIsFitted) {
+    std::mt19937 random(10);
+    const GLLRM model = With_terms_of(Model_of_dims({4, 3, 3, 3}, {4}), "AE");
+    ResponseTable table =
+        Simulated_persons(random, model, Random_parameters(random, model), 900, 1.5);
+    for (std::size_t p = 0; p < table.size(); ++p) {
+        std::uint8_t* row = table.codes.data() + p * table.width();
+        std::uint8_t &a = row[0], &e = row[4];
+        if (a == 0 && e == 1) a = 1, e = 2;
+        if (a == 1 && e == 4) e = 3;
+        if (a == 3 && e == 2) a = 2;
+        if (a == 2 && e == 3) e = 4;
+    }
+    const EstimatedGLLRM e = Estimate(model, table);
+    const ReferenceCell reference = Reference_of(e.IX[0].observed);
+    ASSERT_EQ(e.IX[0].observed(reference.row, reference.column), 0) << "the case of this test";
+    EXPECT_GT(e.iteration.sweeps, 0);
+    EXPECT_LT(Largest_gap(e), 1e-3) << "the normalisation leaves the probabilities";
+}
+
+TEST(Interactions, AreDividedByTheirReferencesOrTheFirstCellsThere) {
+    ScoreTable<std::int64_t> observed(3);
+    ScoreTable<Extended> parameters(3);
+    for (int r = 0; r < 4; ++r)
+        for (int c = 0; c < 3; ++c) {
+            if ((r == 2 && c == 0) || (r == 3 && c == 1) || (r == 1 && c == 2)) continue;
+            observed(r, c) = 5;
+            parameters(r, c) = 2 + r + 3 * c;
+        }
+    const ScoreTable<Extended> p = parameters;
+    Normalise_interaction(observed, parameters);  // by row 0 and column 0
+    EXPECT_EQ(parameters(0, 2), 1);
+    EXPECT_EQ(parameters(3, 0), 1);
+    EXPECT_EQ(parameters(2, 0), 0);
+    EXPECT_NEAR(double(parameters(3, 2)), double(p(0, 0) * p(3, 2) / (p(3, 0) * p(0, 2))), 1e-15);
+    EXPECT_NEAR(double(parameters(2, 1)), double(p(0, 0) / p(0, 1)), 1e-15)
+        << "row 2 has no column 0: its first cell stands for it";
+
+    // Row 0 has the most cells and lacks column 1, which has the most as well.
+    ScoreTable<std::int64_t> holed(4);
+    ScoreTable<Extended> others(4);
+    for (const auto& [r, c] :
+         std::vector<std::pair<int, int>>{{0, 0}, {0, 2}, {0, 3}, {1, 1}, {2, 1}, {3, 1}}) {
+        holed(r, c) = 5;
+        others(r, c) = 3;
+    }
+    Normalise_interaction(holed, others);
+    for (std::size_t cell = 0; cell < holed.cells.size(); ++cell)
+        EXPECT_EQ(others.cells[cell], holed.cells[cell] > 0 ? 1 : 0) << cell;
+}
+
+TEST(Steps, MayLeaveTheLowestCategories) {
+    const ItemSample sample = Example_items("verbal");
+    EstimationSettings settings;
+    const EstimatedGLLRM all = Estimate(sample.model, sample.table, settings);
+    settings.step.lowest_categories_stay = true;
+    const EstimatedGLLRM upper = Estimate(sample.model, sample.table, settings);
+    EXPECT_TRUE(upper.converged);
+    EXPECT_NE(upper.iteration.history, all.iteration.history) << "other steps";
+    EXPECT_NEAR(double(upper.neg_loglik), double(all.neg_loglik), 1e-6) << "to the same estimates";
+}
+
 TEST(Edges, AllItemsInOneComponentAreFitted) {
     std::mt19937 random(11);
     const GLLRM model = With_terms_of(Model_of_dims({3, 2, 2, 3}), "AB BC CD AD");
@@ -632,6 +696,38 @@ TEST(Limits, AreToldBeforeAnythingIsAllocated) {
     grouped.groups.ScoreDim = 60;
     EXPECT_EQ(Failure_of(grouped, Table_of_persons(grouped, {{1, 1}})),
               "Too many score groups for item-score interactions: 60 > 59");
+}
+
+TEST(Limits, GammaParametersReachTheirNumberExactly) {
+    // Scores 0 to 8 by 218000 cells are 1962000; a person less has no score 8.
+    const GLLRM model =
+        With_terms_of(Model_of_dims(std::vector<int>(8, 2), {50, 40, 109}), "AI AJ AK");
+    ASSERT_EQ(BiasDim(model) * 9, MaxGammaEntries);
+    EXPECT_EQ(Failure_of(model, Table_of_persons(model, {{1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1}})), "");
+    const GLLRM above =
+        With_terms_of(Model_of_dims(std::vector<int>(8, 2), {50, 40, 110}), "AI AJ AK");
+    EXPECT_EQ(Failure_of(above, Table_of_persons(above, {{1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1}})),
+              "Too many Gamma parameters. 1980000 > 1962000");
+}
+
+TEST(Limits, NobodyToEstimateFromIsToldByWhatIsMissing) {
+    const GLLRM model = With_terms_of(Model_of_dims({2, 2, 2}, {2}), "AD");
+    const auto messages = [&](const std::vector<std::vector<int>>& persons, bool incomplete) {
+        EstimationMemory memory;
+        EstimationSettings settings;
+        settings.incomplete_responses = incomplete;
+        return Estimate_GLLRM(model, Table_of_persons(model, persons), settings, memory)
+            .failure()
+            .messages;
+    };
+    using Messages = std::vector<std::string>;
+    EXPECT_EQ(messages({{1, -1, 0, 1}, {0, -1, 1, 2}}, false),
+              (Messages{"No valid cases", "Missing in every record: B"}));
+    EXPECT_EQ(messages({{1, 1, 0, 0}, {0, 1, 1, 0}}, false),
+              (Messages{"No valid cases", "Missing in every record: D"}));
+    EXPECT_EQ(messages({{1, 1, -1, 1}, {0, -1, 1, 1}}, true),
+              (Messages{"No valid cases",
+                        "Incomplete responses join complete ones, and there are none"}));
 }
 
 // ---- Stop rules.
@@ -726,13 +822,60 @@ TEST(StopRules, AThousandStepsAskAndGoOn) {
 TEST(StopRules, TheUserMayCancel) {
     const ItemSample sample = Example_items("verbal");
     EstimationMemory memory;
-    int questions = 0;
-    const auto e = Estimate_GLLRM(sample.model, sample.table, Endless(), memory,
-                                  [&] { return ++questions == 4; });
+    int steps = 0;
+    const auto e = Estimate_GLLRM(
+        sample.model, sample.table, Endless(), memory, [&] { return std::exchange(steps, 0) == 4; },
+        {}, nullptr, [&](int step, Extended) { steps = step; });
     ASSERT_TRUE(e);
     EXPECT_TRUE(e->stopped);
     EXPECT_EQ(e->iteration.steps, 4);
     EXPECT_FALSE(e->iteration.reached_critical);
+}
+
+// Twelve items in one component have 2^12 response vectors twice: a step of some questions.
+TEST(StopRules, AStopWithinAStepLeavesTheStepsBefore) {
+    std::mt19937 random(12);
+    std::string chain;
+    for (char c = 'A'; c < 'N'; ++c) chain += std::string{c, static_cast<char>(c + 1)} + " ";
+    const GLLRM model = With_terms_of(Model_of_dims(std::vector<int>(14, 2), {2}), chain + "AO");
+    const ResponseTable table =
+        Simulated_persons(random, model, Random_parameters(random, model), 200, 1);
+    const auto stopped_at = [&](int step, int question, bool literal) {
+        EstimationMemory memory;
+        int steps = 0, asked = 0;
+        EstimationSettings settings = Endless();
+        settings.stops.maximum_steps = literal ? 1000 : 1;  // then sweeps follow
+        return *Estimate_GLLRM(
+            model, table, settings, memory, [&] { return steps == step && ++asked == question; },
+            {}, nullptr, [&](int taken, Extended) { steps = taken; });
+    };
+    for (const bool literal : {true, false}) {
+        const EstimatedGLLRM between = stopped_at(3, 1, literal);
+        const EstimatedGLLRM within = stopped_at(3, 5, literal);
+        EXPECT_TRUE(between.stopped && within.stopped);
+        EXPECT_EQ(within.iteration.steps, 3);
+        EXPECT_EQ(within.iteration.sweeps, literal ? 0 : 2);
+        EXPECT_EQ(within.parameters.eps, between.parameters.eps);
+        EXPECT_EQ(within.neg_loglik, between.neg_loglik);
+    }
+    const EstimatedGLLRM none = stopped_at(0, 3, true);
+    EXPECT_TRUE(none.stopped);
+    EXPECT_EQ(none.iteration.steps, 0);
+    EXPECT_FALSE(none.converged) << "without a step nothing is known";
+}
+
+TEST(StopRules, ALikelihoodThatIsStoppedIsNone) {
+    const ItemSample sample = Example_items("verbal");
+    EstimationMemory memory;
+    int questions = 0;
+    const auto e =
+        *Estimate_GLLRM(sample.model, sample.table, {}, memory, [&] { return ++questions > 3; });
+    EXPECT_FALSE(e.likelihood_ready);
+    for (const EstimationBlock block : {EstimationBlock::result, EstimationBlock::counts})
+        for (const std::string& line : Estimation_lines(block, e)) {
+            EXPECT_EQ(line.find("AIC"), std::string::npos) << line;
+            EXPECT_EQ(line.find("Fitted margins"), std::string::npos) << line;
+        }
 }
 
 TEST(StopRules, AQuestionThatIsLeftCancels) {

@@ -7,6 +7,7 @@
 #include "project/project.h"
 #include "rasch/estimation/estimation_workspace.h"
 #include "rasch/items/item_workspace.h"
+#include "shell/lifecycle.h"
 #include "shell/mode.h"
 #include "shell/session.h"
 #include "shell/user.h"
@@ -103,12 +104,24 @@ TEST_F(GrmDialogue, AFailedEstimateLeavesNoParametersReady) {
     Open("verbal", "ABCDEFGHI", "Y");
     Run({"GRM AB"});
     EXPECT_TRUE(The_items.CurrentIRTparameters_ready);
-    Run({"DIS I", "GRM"});
+    // One step of a dense model is far from converged.
+    The_user.user.ask_yes_no = [](const std::string&) { return std::optional(false); };
+    const Lines report = Run({"MIN 1", "GRM AC AG AI CI GI"});
+    EXPECT_TRUE(Has_line_with(report, "Estimation did not converge."));
+    ASSERT_TRUE(The_estimates.current);
+    EXPECT_FALSE(The_estimates.current->converged);
+    EXPECT_EQ(The_current_GLLRM(), "AC AG AI CI GI");
     EXPECT_FALSE(The_items.CurrentIRTparameters_ready);
-    EXPECT_TRUE(The_modes.modes.empty());
-    Run({"ITEMS ABC"});
-    EXPECT_EQ(Run({"AGA"}), Lines{"Unrecognized command: AGA"});
-    Run({"GRM AB", "LLR +BC"});
+    EXPECT_EQ(Run({"AGA"}).back(), "The parameters of the current GLLRM are not ready");
+}
+
+// REVISE and a project of other variables.
+TEST_F(GrmDialogue, OtherVariablesGiveUpTheEstimates) {
+    Open("verbal", "ABCDEFGHI", "Y");
+    Run({"GRM AY", "GRM AB AY"});
+    ASSERT_TRUE(The_estimates.previous);
+    Run_moment(Moment::variables_changed);
+    EXPECT_FALSE(The_estimates.current || The_estimates.previous);
     EXPECT_FALSE(The_items.CurrentIRTparameters_ready);
 }
 
@@ -215,6 +228,18 @@ TEST_F(GrmDialogue, KeepsTheEstimateOfTheModelBefore) {
     Run({"OPE survey", "Y"});
     EXPECT_EQ(Model_of_estimates(), "none");
     EXPECT_EQ(The_estimates.choices, EstimationChoices{});
+}
+
+TEST_F(GrmDialogue, ExtendedOutputHasMoreThanTheMargins) {
+    Open("verbal", "ABCDEFGHI", "Y");
+    const Lines plain = Run({"GRM"});
+    const Lines margins = Run({"SUF ON", "EST"});
+    const Lines extended = Run({"SUF OFF", "EXT ON", "EST"});
+    const std::vector<const Lines*> reports = {&plain, &margins, &extended};
+    for (std::size_t k = 0; k < 3; ++k) {
+        EXPECT_EQ(Has_line_with(*reports[k], "Sufficient margins, observed"), k > 0) << k;
+        EXPECT_EQ(Has_line_with(*reports[k], "Delta of each step"), k == 2) << k;
+    }
 }
 
 TEST_F(GrmDialogue, NonNumericChoicesHaveTheirDefaults) {

@@ -7,6 +7,7 @@
 #include "project/data.h"
 #include "project/project.h"
 #include "rasch/items/item_workspace.h"
+#include "rasch/items/score_report.h"
 #include "shell/lifecycle.h"
 #include "shell/session.h"
 #include "shell/user.h"
@@ -157,6 +158,31 @@ TEST_F(ItemCommandsTest, FlipsBelongToTheVariables) {
     EXPECT_TRUE(Has_line_with(Run({"FLI"}), "Items must be defined before they can be flipped"));
 }
 
+TEST_F(ItemCommandsTest, TheSignOfTheLastMentionCounts) {
+    Define_project({3, 3, 3, 3});
+    Put("x.DAT", "1 2 3 1\n2 2 2 2\n");
+    for (const auto& [line, flips] :
+         std::vector<std::pair<std::string, std::string>>{{"ITE *-C", "C"},
+                                                          {"ITE -*", "ABCD"},
+                                                          {"ITE -*C", "ABD"},
+                                                          {"ITE -AB-CA", "C"},
+                                                          {"ITE A-A", "A"}}) {
+        Run({"ITE ABCD-", line + (line == "ITE A-A" ? "BCD" : "")});
+        EXPECT_EQ(Flips(), flips) << line;
+    }
+}
+
+TEST_F(ItemCommandsTest, CountsOfMillionsStayApart) {
+    GLLRM model;
+    ScoreDistribution scores;
+    scores.ready = true;
+    scores.complete = 24681357;
+    scores.SCOREDISTRIBUTION[100] = 24681357;
+    for (const std::string& line : Score_distribution_lines(scores, {}, "Score"))
+        EXPECT_EQ(line.find("10024681357"), std::string::npos) << line;
+    EXPECT_TRUE(Has_line_with(Score_distribution_lines(scores, {}, "Score"), "100 24681357"));
+}
+
 TEST_F(ItemCommandsTest, OddResponsesAreTold) {
     struct Odd {
         std::string data;
@@ -227,7 +253,7 @@ TEST_F(ItemCommandsTest, CutKeepsWhatItRefuses) {
         EXPECT_EQ(The_score.groups(), 3) << line;
     }
     Run({"LLR A#"});
-    EXPECT_TRUE(Has_line_with(Run({"CUT #999"}), "Scoregroups have not been defined"))
+    EXPECT_TRUE(Has_line_with(Run({"CUT #999"}), "Only one score group was defined: "))
         << "a term needs its groups";
     EXPECT_EQ(The_items.model.groups.ScoreCuts, before);
     The_items.CurrentIRTparameters_ready = true;
@@ -237,7 +263,8 @@ TEST_F(ItemCommandsTest, CutKeepsWhatItRefuses) {
     EXPECT_EQ(The_items.model.groups.ScoreDim, 0);
     EXPECT_EQ(The_score.groups(), 0);
     EXPECT_FALSE(The_items.score_groups.ready);
-    EXPECT_TRUE(Has_line_with(Run({"TAB #A"}), "Scoregroups have not been defined"));
+    EXPECT_TRUE(
+        Has_line_with(Run({"TAB #A"}), "Scoregroups have not been defined: CUT makes them"));
 }
 
 TEST_F(ItemCommandsTest, ScoresAreThoseOfTheDataThatAreThereNow) {

@@ -95,9 +95,18 @@ TEST_F(ModelFileTest, ProjectFilesAndFilesThatStandAreKept) {
     Define_example("verbal");
     Run({"ITE ABCD"});
     const std::string data = Bytes("verbal.DAT");
-    for (const std::string line : {"SAV R verbal.DAT", "SAV R verbal.def", "SAV R TARVEN"})
-        EXPECT_TRUE(Has_line_with(Run({line}), "no model is written there")) << line;
+    // Reports may be the only copy of a session that was cut off.
+    for (const char* report : {"verbal.TMP", "verbal.REP", "verbal_unsaved_1.REP"})
+        Put(report, "a report\n");
+    for (const std::string line :
+         {"SAV R verbal.DAT", "SAV R verbal.def", "SAV R TARVEN", "SAV R verbal",
+          "SAV R verbal.TMP", "SAV R verbal.rep", "SAV R verbal_unsaved_1.REP"})
+        EXPECT_TRUE(Has_line_with(Run({line, "Y"}),
+                                  "no model is written there. Take another name: SAVE R "))
+            << line;
     EXPECT_EQ(Bytes("verbal.DAT"), data);
+    for (const char* report : {"verbal.TMP", "verbal.REP", "verbal_unsaved_1.REP"})
+        EXPECT_EQ(Bytes(report), "a report\n") << report;
     Put("old.cmd", "SHO V\n");
     EXPECT_FALSE(Has_line_with(Run({"SAV R old", "N"}), "was saved"));
     EXPECT_EQ(Bytes("old.cmd"), "SHO V\n");

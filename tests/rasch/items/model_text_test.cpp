@@ -106,7 +106,7 @@ TEST(ModelText, AnAmendmentGoesEntryByEntry) {
 TEST(ModelText, AnInteractionWithTheScoreNeedsGroupsAndNotTooMany) {
     GLLRM model = Small_model();
     for (const auto& [groups, reason] : std::vector<std::pair<int, std::string>>{
-             {0, "Scoregroups have not been defined"},
+             {0, "Scoregroups have not been defined: the term A# needs two (CUT makes them)"},
              {59, ""},
              {60, "60 score groups are too many for the term A# (at most 59)"}}) {
         model.groups.ScoreDim = groups;

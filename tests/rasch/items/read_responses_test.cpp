@@ -72,6 +72,23 @@ TEST_F(ReadResponsesTest, AStopAndMissingDataAreFailures) {
 }
 
 // Everything counted person by person.
+TEST_F(ReadResponsesTest, MorePersonsOfAPatternThanCanBeCountedAreRefused) {
+    Define_project({2, 3, 2});
+    for (const auto& [last, fails] :
+         std::vector<std::pair<std::int32_t, bool>>{{1, false}, {2, true}}) {
+        Put("x.DAT", "1 1 1\n1 1 2\n2 1 1\n");
+        Run({"MAKE", "INP T", "DIS D"});
+        // Two cells of one pattern of the items.
+        The_data.TABdata.counts.at(0) = 2147483646;
+        The_data.TABdata.counts.at(1) = last;
+        GLLRM model = Model_of_dims({2, 3});
+        model.items[1].variable = 1;
+        model.items[2].variable = 2;
+        const auto read = Read_responses(Cases_of_project(), model);
+        EXPECT_EQ(!read, fails) << last;
+    }
+}
+
 TEST(ScoreDistribution, CountsPersons) {
     std::mt19937 random(3);
     for (int n = 0; n < 100; ++n) {
