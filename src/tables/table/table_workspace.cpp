@@ -50,6 +50,12 @@ void Register_table_lifecycle() {
     At_moment(Moment::workspace_reset, "stream", [] { The_stream = RandomStream(); });
     At_moment(Moment::project_about_to_close, "table", Dispose_current_table);
     At_moment(Moment::variables_changed, "table", Dispose_current_table);
+    // Its counts are those of other cases.
+    At_moment(Moment::data_replaced, "table", [] {
+        if (!The_table.table_allocated) return;
+        ShowMessage("TABLE HAS BEEN LOST");
+        Dispose_current_table();
+    });
 }
 
 }  // namespace tarven

@@ -13,6 +13,7 @@
 #include "shell/user.h"
 #include "support/data_session.h"
 #include "tables/ordinal/gammas_workspace.h"
+#include "tables/table/table_workspace.h"
 
 namespace tarven {
 namespace {
@@ -160,8 +161,9 @@ TEST_F(GrmDialogue, OtherDataGiveUpTheEstimates) {
     Open("verbal", "ABCDEFGHI", "Y");
     const std::int64_t persons = The_items.scores.complete;
     for (const Lines& way : ways) {
-        Run({"GRM AY", "GRM AB AY"});
+        Run({"GRM AY", "GRM AB AY", "TAB AY"});
         ASSERT_TRUE(The_estimates.previous && The_items.CurrentIRTparameters_ready);
+        ASSERT_TRUE(The_table.table_ready);
         The_project_gammas.ready = true;
         if (way[0] == "MAK") Put("verbal.DAT", half);
         if (way[0] == "INP V") Put("verbal.DEF", "27\n26 0 1\nTITLE\nOf one gender\n");
@@ -169,6 +171,7 @@ TEST_F(GrmDialogue, OtherDataGiveUpTheEstimates) {
         EXPECT_FALSE(The_items.CurrentIRTparameters_ready) << way[0];
         EXPECT_FALSE(The_estimates.current || The_estimates.previous) << way[0];
         EXPECT_FALSE(The_project_gammas.ready) << way[0];
+        EXPECT_FALSE(The_table.table_ready) << way[0] << ": a table of other cases";
         if (way[0] == "MAK") {
             EXPECT_LT(The_items.scores.complete, persons * 2 / 3);
         }
