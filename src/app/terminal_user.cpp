@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
@@ -19,6 +20,7 @@
 #include "app/ending_signals.h"
 #include "app/line_history.h"
 #include "app/output.h"
+#include "app/progress_line.h"
 #include "shell/files.h"
 #include "shell/mode.h"
 #include "shell/session.h"
@@ -484,9 +486,13 @@ void Install_banners() {
     if (!isatty(STDERR_FILENO)) return;
     The_output.before_line = Clear_banner;
     The_user.user.wait = Show_banner;
-    The_user.user.progress = [](const std::string& title, std::int64_t position, std::int64_t end) {
+    using Clock = std::chrono::steady_clock;
+    The_user.user.progress = [begin = Clock::now()](const std::string& title, std::int64_t position,
+                                                    std::int64_t end) mutable {
         if (position < 0) return Show_banner("");
-        Show_banner(fmt::format("{}: {} of {}", title, position, end));
+        if (position == 0) begin = Clock::now();
+        const std::chrono::duration<double> passed = Clock::now() - begin;
+        Show_banner(Progress_line(title, position, end, passed.count()));
     };
 }
 

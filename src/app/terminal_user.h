@@ -22,8 +22,8 @@ void Install_terminal_user();
 /// completion; nothing at the end of input. Ctrl-C gives up the line.
 std::optional<std::string> Type_line();
 
-/// Progress and wait banners in the last line of standard error, when that is a terminal. They
-/// leave nothing behind.
+/// Progress, with the time left, and wait banners in the last line of standard error, when that is
+/// a terminal. They leave nothing behind.
 void Install_banners();
 
 /// From now on Ctrl-C during a command asks it to stop at its next safe point, and a second one
