@@ -33,6 +33,11 @@ VariableList Converted_answer(const std::string& answer, std::string_view labels
 
 }  // namespace
 
+Outcome Refuse_line() {
+    ShowMessage("Failure: " + The_line.CommandLine);
+    return Outcome::refused;
+}
+
 RequiredParameters Require_parameters() {
     for (;;) {
         const Wildcard wildcard = Lone_wildcard();

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "shell/commands.h"
 #include "shell/variable_lists.h"
 
 namespace tarven {
@@ -27,6 +28,9 @@ struct RequiredParameters {
 /// For commands on pairs and lists: a lone "-", "+", "?" or "*", or two parameters at least. Else
 /// asks, puts the answer behind the keyword in The_line and looks again; an empty answer ends it.
 RequiredParameters Require_parameters();
+
+/// "Failure: " and the line, for parameters that name nothing.
+Outcome Refuse_line();
 
 /// AskUser with one blank as the default.
 std::string Ask_string(const std::string& caption, const std::string& prompt);

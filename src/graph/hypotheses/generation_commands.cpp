@@ -22,11 +22,6 @@ namespace tarven {
 
 namespace {
 
-Outcome Failure() {
-    ShowMessage("Failure: " + The_line.CommandLine);
-    return Outcome::refused;
-}
-
 bool Ask_to_stop() {
     return StepProgress();
 }
@@ -244,12 +239,12 @@ GenerationProgress::~GenerationProgress() {
 
 std::optional<PairList> Pairs_of_line() {
     if (!Require_parameters().ok) {
-        Failure();
+        Refuse_line();
         return std::nullopt;
     }
     std::optional<PairList> pairs = Pairs_of_parameter(The_line.CommandLine, The_graph.model);
     if (!pairs) {
-        Failure();
+        Refuse_line();
     } else if (pairs->empty()) {
         ShowMessage("No hypotheses generated: no such pair (" + The_line.CommandLine + ")");
         pairs.reset();

@@ -10,13 +10,12 @@ namespace {
 
 /// False when the run was stopped on the way.
 bool Find_gamma(const PackedCases& packed, const SeparationGraphs& graphs, PairGamma& pair,
-                const StopCheck& stop) {
+                StrataMemory& memory, const StopCheck& stop) {
     if (!Gamma_is_defined(packed, pair.i, pair.j)) return true;
     const Separators separators = Separators_of_pair(graphs, pair.i, pair.j);
     PairGamma found = pair;
     found.smallest = separators.smallest;
     found.hypotheses = static_cast<int>(separators.sets.size());
-    StrataMemory memory;
     double sum = 0;
     for (const VariableSet set : separators.sets) {
         if (stop && stop()) return false;
@@ -45,14 +44,15 @@ GraphGammas Gammas_of_graph(const PackedCases& packed, const ChainGraph& graph,
     GraphGammas result;
     for (const auto& [i, j] : pairs) result.pairs.push_back({.i = i, .j = j});
     const SeparationGraphs graphs = Separation_graphs(graph);
-    // Nothing is drawn: the stream and the memory of the run stay unused.
+    // Nothing is drawn: the stream of the run stays unused.
     RandomStream stream;
     TestSettings settings;
     settings.ExactTests = false;
     const std::vector<TestedHypothesis> outcomes = Run_list(
         pairs.size(), settings, stream, control,
-        [&](std::size_t k, RandomStream&, DrawMemory&, const StopCheck& stop) -> TestedHypothesis {
-            const bool reached = Find_gamma(packed, graphs, result.pairs[k], stop);
+        [&](std::size_t k, RandomStream&, RunMemory& memory,
+            const StopCheck& stop) -> TestedHypothesis {
+            const bool reached = Find_gamma(packed, graphs, result.pairs[k], memory.strata, stop);
             return {.reached = reached ? Reached::end : Reached::not_reached};
         });
     result.stopped = std::any_of(

@@ -17,6 +17,7 @@ namespace {
 
 /// Makes and tests the hypotheses of pairs. The table and the list of the workspace stay.
 Outcome Test_pairs(const PairList& pairs) {
+    if (!Cases_to_test()) return Outcome::refused;
     const ChainGraph& graph = The_graph.model;
     CoreAndSeparation made;
     {
@@ -36,12 +37,11 @@ Outcome GTEST() {
 }
 
 /// TEST with parameters. Nobody is asked for more of them: a lone letter is no pair.
-bool Test_pairs_of_line() {
-    if (!Graph_defined()) return false;
+std::optional<Outcome> Test_pairs_of_line() {
+    if (!Graph_defined()) return std::nullopt;
     const std::optional<PairList> pairs = Pairs_of_parameter(The_line.CommandLine, The_graph.model);
-    if (!pairs || pairs->empty()) return false;
-    Test_pairs(*pairs);
-    return true;
+    if (!pairs || pairs->empty()) return std::nullopt;
+    return Test_pairs(*pairs);
 }
 
 constexpr const char* GtestHelp =
@@ -62,7 +62,8 @@ constexpr const char* GtestHelp =
     "\n"
     "Example: GTE AB, GTE +\n"
     "\n"
-    "Refused without a graph, for an unknown label and where there is no such pair.";
+    "Refused without a graph, for an unknown label and where there is no such pair, and without\n"
+    "data.";
 
 }  // namespace
 

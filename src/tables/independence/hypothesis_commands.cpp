@@ -17,11 +17,6 @@ namespace tarven {
 
 namespace {
 
-Outcome Failure() {
-    ShowMessage("Failure: " + The_line.CommandLine);
-    return Outcome::refused;
-}
-
 /// Stores a list and reports it; an empty one is the command's failure.
 Outcome Take(HypothesisList made, const HypothesisVariables& variables) {
     if (Remove_untestable(made, variables))
@@ -33,7 +28,7 @@ Outcome Take(HypothesisList made, const HypothesisVariables& variables) {
                                  variables.vlabel[static_cast<std::size_t>(v - 1)]));
     if (made.over_limit)
         ShowMessage(fmt::format("MAXIMAL NUMBER OF HYPOTHESES PERMITTED IS {}", MaxHypotheses));
-    if (made.rows.empty()) return Failure();
+    if (made.rows.empty()) return Refuse_line();
     Set_hypotheses(made.rows, HypothesisScope::table, variables.vlabel);
     Write_lines(Hypothesis_list_lines(The_hypotheses.list, variables.vlabel));
     return Outcome::done;
@@ -56,14 +51,14 @@ VariableList Dimensions_of_line(const HypothesisVariables& variables) {
 Outcome HYPOTHESES() {
     const HypothesisVariables variables = Variables_of_table(The_table.table);
     const RequiredParameters required = Require_parameters();
-    if (!required.ok) return Failure();
+    if (!required.ok) return Refuse_line();
     const VariableList list = Dimensions_of_line(variables);
     const int all = variables.Nvar + 1;
     std::vector<std::pair<int, int>> pairs;
     if (required.wildcard == Wildcard::all) pairs.emplace_back(all, all);
     for (std::size_t k = 0; k + 1 < list.list.size(); k += 2)
         pairs.emplace_back(list.list[k], list.list[k + 1]);
-    if (!list.ok || pairs.empty()) return Failure();
+    if (!list.ok || pairs.empty()) return Refuse_line();
     return Take(Define_hypotheses(variables, pairs), variables);
 }
 

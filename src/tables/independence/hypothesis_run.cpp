@@ -89,8 +89,8 @@ TestedHypothesis Test_globally(const ContingencyTable& table, const Hypothesis& 
 std::vector<TestedHypothesis> Run_list(
     std::size_t count, const TestSettings& settings, RandomStream& stream,
     const RunControl& control,
-    const std::function<TestedHypothesis(std::size_t, RandomStream&, DrawMemory&,
-                                         const StopCheck&)>& test) {
+    const std::function<TestedHypothesis(std::size_t, RandomStream&, RunMemory&, const StopCheck&)>&
+        test) {
     std::vector<TestedHypothesis> outcomes(count, Not_reached());
     RunStop stop(control.stop);
     std::atomic<std::size_t> next = 0;
@@ -99,7 +99,7 @@ std::vector<TestedHypothesis> Run_list(
     std::mutex failing;
     const auto work = [&] {
         RandomStream own = stream;
-        DrawMemory memory;
+        RunMemory memory;
         bool cut = false;
         const StopCheck& question = control.within ? control.within : control.stop;
         const StopCheck check = !question ? StopCheck{} : [&] { return cut = stop.Now(question); };
@@ -139,9 +139,9 @@ std::vector<TestedHypothesis> Test_globally(const ContingencyTable& table,
                                             const RunControl& control) {
     return Run_list(
         list.size(), settings, stream, control,
-        [&](std::size_t k, RandomStream& own, DrawMemory& memory, const StopCheck& stop) {
+        [&](std::size_t k, RandomStream& own, RunMemory& memory, const StopCheck& stop) {
             if (settings.ExactTests) Set_seed(own, settings.Seed);
-            return Test_globally(table, list[k], settings, own, memory, stop);
+            return Test_globally(table, list[k], settings, own, memory.draws, stop);
         });
 }
 

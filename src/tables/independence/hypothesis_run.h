@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "tables/independence/case_strata.h"
 #include "tables/independence/global_engine.h"
 #include "tables/independence/hypotheses.h"
 #include "tables/independence/local_engine.h"
@@ -46,6 +47,12 @@ struct RunControl {
                        ///< without it they ask `stop`
 };
 
+/// Working memory of one thread of a run.
+struct RunMemory {
+    DrawMemory draws;
+    StrataMemory strata;
+};
+
 /// Tests one hypothesis with the stream as it stands. Without simulation no slice is stored.
 TestedHypothesis Test_globally(const ContingencyTable& table, const Hypothesis& hypothesis,
                                const TestSettings& settings, RandomStream& stream,
@@ -66,7 +73,7 @@ std::vector<TestedHypothesis> Test_globally(const ContingencyTable& table,
 std::vector<TestedHypothesis> Run_list(
     std::size_t count, const TestSettings& settings, RandomStream& stream,
     const RunControl& control,
-    const std::function<TestedHypothesis(std::size_t k, RandomStream& stream, DrawMemory& memory,
+    const std::function<TestedHypothesis(std::size_t k, RandomStream& stream, RunMemory& memory,
                                          const StopCheck& stop)>& test);
 
 /// The hypothesis with its slices as the local engine wants them: all combinations of the

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "shell/commands.h"
 #include "shell/settings.h"
 #include "tables/independence/hypotheses.h"
 
@@ -22,6 +23,16 @@ struct HypothesisWorkspace {
 };
 
 inline HypothesisWorkspace The_hypotheses;
+
+/// The list is about the dimensions of the current table. Who reads its roles as dimensions of that
+/// table asks this: a list of the graph numbers the variables of the project.
+inline bool Table_hypotheses() {
+    return !The_hypotheses.list.empty() && The_hypotheses.scope == HypothesisScope::table;
+}
+inline const Need NeedsTableHypotheses{
+    [] { return The_hypotheses.list.empty() || Table_hypotheses(); },
+    "The hypotheses are those of the graph: HYP makes some about the table, CHO n the table of "
+    "one"};
 
 /// Fills a workspace with `list`, cut to MaxHypotheses, with start values as results.
 void Fill_hypotheses(HypothesisWorkspace& workspace, std::vector<Hypothesis> list,

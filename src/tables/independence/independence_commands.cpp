@@ -4,12 +4,16 @@
 
 #include <algorithm>
 #include <new>
+#include <optional>
+#include <utility>
 
 #include "shell/parsed_line.h"
 #include "shell/report.h"
 #include "shell/session.h"
 #include "shell/test_options.h"
 #include "shell/user.h"
+#include "shell/variable_lists.h"
+#include "shell/words.h"
 #include "tables/independence/hypothesis_workspace.h"
 #include "tables/independence/multiple_testing.h"
 #include "tables/independence/own_table.h"
@@ -203,18 +207,14 @@ void Test_list(const TestedList& list, TestOptions options) {
         Run_global_analyses(list, options);
 }
 
-bool Has_table_hypotheses() {
-    return The_table.table_ready && !The_hypotheses.list.empty() &&
-           The_hypotheses.scope == HypothesisScope::table;
-}
-
 /// Letters are options of table hypotheses where there are any; everything else names pairs of the
 /// project graph.
 Outcome TEST() {
     const bool letters = Valid_test_parameters(The_line);
-    if (Has_table_hypotheses() && letters) return Run_tests();
+    if (The_table.table_ready && Table_hypotheses() && letters) return Run_tests();
     if (The_line.ParameterCount > 0) {
-        if (The_test_analyses.graph_tests && The_test_analyses.graph_tests()) return Outcome::done;
+        if (The_test_analyses.graph_tests)
+            if (const std::optional<Outcome> made = The_test_analyses.graph_tests()) return *made;
         ShowMessage("\"" + The_line.CommandLine +
                     (letters ? "\" does not define a proper test: no table hypotheses"
                              : "\" does not define a test: no hypotheses relating to the graph"));
@@ -232,12 +232,20 @@ Outcome CHOOSE() {
         ShowMessage("Hypotheses not ready.");
         return Outcome::refused;
     }
-    if (The_line.NumericCount == 0) {
+    const std::string typed = Get_word(1, Behind_keyword(The_line.CommandLine));
+    if (typed.empty() && The_line.NumericCount == 0) {
         ShowMessage("Select one of the hypotheses on the list");
         return Outcome::refused;
     }
-    const std::int64_t number = The_line.NumericParameters[0];
-    if (number < 1 || number > static_cast<std::int64_t>(The_hypotheses.list.size())) {
+    // A number may stand close to the keyword. The numbers of a line have no signs and no points.
+    std::int32_t number = The_line.NumericParameters[0];
+    if (!typed.empty() && !To_integer(typed, number)) {
+        ShowMessage(
+            "Failure choosing variables. Use \"test <variables> to test all separation "
+            "hypotheses\"");
+        return Outcome::refused;
+    }
+    if (number < 1 || std::cmp_greater(number, The_hypotheses.list.size())) {
         ShowMessage("You must choose one of the hypotheses.");
         return Outcome::refused;
     }
@@ -332,8 +340,8 @@ constexpr const char* ChooseHelp =
     "\n"
     "Refuses: an empty list (\"Hypotheses not ready.\"), no number (\"Select one of the "
     "hypotheses\n"
-    "on the list\"), a number that is not on the list, a list of the graph when labels have "
-    "changed\n"
+    "on the list\"), what is no whole number (\"Failure choosing variables.\" and how they are\n"
+    "tested), a number that is not on the list, a list of the graph when labels have changed\n"
     "since (\"Graphs are not compatible.\").";
 
 }  // namespace
@@ -354,17 +362,25 @@ std::string Incompatibility_of_list(const HypothesisWorkspace& hypotheses) {
     return labels == hypotheses.labels ? "" : "Graphs are not compatible.";
 }
 
+bool Cases_to_test() {
+    const DataSource source = Table_source(Data_at_hand(Cases_of_project()), MaxTableVariables);
+    if (source == DataSource::none) ShowMessage("Data is not available");
+    return source != DataSource::none;
+}
+
 Outcome Test_project_hypotheses(HypothesisWorkspace& h) {
     if (const std::string why = Incompatibility_of_list(h); !why.empty()) {
         ShowMessage(why);
         return Outcome::refused;
     }
+    if (!Cases_to_test()) return Outcome::refused;
     Write_report(fmt::format("Testing {} {}", h.list.size(),
                              h.list.size() == 1 ? "hypothesis" : "hypotheses"));
     std::vector<TestedInOwnTable> tested;
+    RunControl control = Progress_of(The_settings);
+    control.within = [] { return Stop_asked(); };
     try {
-        tested = Test_in_own_tables(Cases_of_project(), h.list, The_settings, The_stream,
-                                    Progress_of(The_settings));
+        tested = Test_in_own_tables(Cases_of_project(), h.list, The_settings, The_stream, control);
     } catch (const std::bad_alloc&) {
         ShowMessage("Cheap_BigTest failure");
         return Outcome::refused;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,8 +25,8 @@ struct TestAnalyses {
     TestAnalysis collapse;      ///< K
     TestAnalysis power_series;  ///< Q, two-way tables
     /// TEST with parameters that are no letters of a test of table hypotheses: hypotheses of the
-    /// project graph. False when the parameters name no pair of it; nothing is said then.
-    std::function<bool()> graph_tests;
+    /// project graph. Nothing when the parameters name no pair of it, without a word.
+    std::function<std::optional<Outcome>()> graph_tests;
 };
 
 inline TestAnalyses The_test_analyses;
@@ -41,6 +42,9 @@ Outcome Run_tests();
 /// with the settings of the workspace; stores its rows and writes the report. The current table
 /// takes no part.
 Outcome Test_project_hypotheses(HypothesisWorkspace& hypotheses);
+
+/// Whether there are cases to test hypotheses on; says so when there are none.
+bool Cases_to_test();
 
 /// Why a list over the project's variables cannot be tested or chosen from; empty when it can.
 std::string Incompatibility_of_list(const HypothesisWorkspace& hypotheses);

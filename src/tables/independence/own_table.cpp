@@ -1,6 +1,8 @@
 #include "tables/independence/own_table.h"
 
 #include <algorithm>
+#include <atomic>
+#include <numeric>
 #include <optional>
 
 #include "tables/independence/case_tests.h"
@@ -38,9 +40,19 @@ bool Wants_cases(const OwnTable& own, std::int64_t cases) {
     return !sizes.ok || sizes.ncells_incl > cases;
 }
 
+/// A hypothesis that was stopped is not reached, which is all that is told of it.
 TestedInOwnTable Failure_of(const Failed& failure) {
-    return {.outcome = {.reached = failure.stopped ? Reached::not_reached : Reached::end},
-            .messages = failure.messages};
+    if (failure.stopped) return {.outcome = {.reached = Reached::not_reached}, .messages = {}};
+    return {.outcome = {}, .messages = failure.messages};
+}
+
+/// What a table of too few cases tells, about a hypothesis taken from the cases.
+Failed Empty_row(const CasesAtHand& cases, const PackedCases& packed, const OwnTable& own,
+                 std::int64_t found) {
+    const DataSource source = Table_source(Data_at_hand(cases), MaxTableVariables);
+    const auto all = std::accumulate(packed.counts.begin(), packed.counts.end(), std::int64_t{0});
+    const int Nvar = static_cast<int>(own.request.variables.size());
+    return {.messages = {Empty_table(source, cases, Nvar, found, all - found)}};
 }
 
 }  // namespace
@@ -67,10 +79,20 @@ std::vector<TestedInOwnTable> Test_in_own_tables(const CasesAtHand& cases,
         tables.push_back(Own_table(row, cases.definition));
         from_cases.push_back(Wants_cases(tables.back(), cases.Nused));
     }
+    // A question within a hypothesis is no step of the run; its yes stays, for all that follows.
+    std::atomic<bool> stopped = false;
+    const StopCheck within = [&] {
+        const StopCheck& question = control.within ? control.within : control.stop;
+        if (!stopped && question && question()) stopped = true;
+        return stopped.load();
+    };
+    RunControl steps = control;
+    steps.stop = [&] { return stopped || (control.stop && control.stop()); };
+    steps.within = {};
     std::optional<Result<PackedCases>> packed;
     if (std::find(from_cases.begin(), from_cases.end(), true) != from_cases.end())
-        packed = Pack_cases(cases, control.stop);
-    const auto test = [&](std::size_t k, RandomStream& own, DrawMemory& memory,
+        packed = Pack_cases(cases, within);
+    const auto test = [&](std::size_t k, RandomStream& own, RunMemory& memory,
                           const StopCheck& stop) -> TestedHypothesis {
         if (settings.ExactTests) Set_seed(own, settings.Seed);
         const auto refused = [&](const Failed& failure) {
@@ -79,15 +101,17 @@ std::vector<TestedInOwnTable> Test_in_own_tables(const CasesAtHand& cases,
         };
         if (from_cases[k]) {
             if (!*packed) return refused(packed->failure());
-            StrataMemory strata;
-            return Test_from_cases(**packed, list[k], settings, own, memory, strata, stop);
+            const TestedHypothesis outcome = Test_from_cases(**packed, list[k], settings, own,
+                                                             memory.draws, memory.strata, stop);
+            if (outcome.cases >= FewestCases) return outcome;
+            return refused(Empty_row(cases, **packed, tables[k], outcome.cases));
         }
-        const Result<Tabulation> made = Tabulate(cases, tables[k].request, stop);
+        const Result<Tabulation> made = Tabulate(cases, tables[k].request, within);
         if (!made) return refused(made.failure());
-        return Test_globally(made->table, tables[k].row, settings, own, memory, stop);
+        return Test_globally(made->table, tables[k].row, settings, own, memory.draws, stop);
     };
     const std::vector<TestedHypothesis> outcomes =
-        Run_list(list.size(), settings, stream, control, test);
+        Run_list(list.size(), settings, stream, steps, test);
     for (std::size_t k = 0; k < list.size(); ++k) results[k].outcome = outcomes[k];
     return results;
 }

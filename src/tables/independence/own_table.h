@@ -37,8 +37,8 @@ struct TestedInOwnTable {
 /// Every hypothesis starts from settings.Seed, so the number of threads and the order of the list
 /// decide nothing. A row of more variables or cells than a table may have, or of more cells than
 /// there are cases, takes its strata from the cases, packed once for all such rows; they are those
-/// of a table. A table that was not counted to its end because of a stop is not reached. Cost: one
-/// pass over the cases a hypothesis.
+/// of a table, and so is what is said of too few cases. Passes over the cases ask control.within; a
+/// stop there ends the run as one of control.stop does. Cost: one pass over the cases a hypothesis.
 std::vector<TestedInOwnTable> Test_in_own_tables(const CasesAtHand& cases,
                                                  std::span<const Hypothesis> list,
                                                  const TestSettings& settings, RandomStream& stream,

@@ -184,7 +184,7 @@ void Register_gamma_commands() {
     Register_command(
         {.keyword = "MAN",
          .run = MANTEL,
-         .needs = {NeedsTable, NeedsHypotheses},
+         .needs = {NeedsTable, NeedsHypotheses, NeedsTableHypotheses},
          .report = Report::opened,
          .spelling = "MANTEL",
          .summary = "Mantel-Haenszel estimates of odds ratios beside partial gammas",
@@ -195,8 +195,8 @@ void Register_gamma_commands() {
              "Breslow and Greenland), and the partial gamma with its standard error under\n"
              "independence, also as the odds ratio (1 + gamma) / (1 - gamma).\n\n"
              "Example: TAB SGC, HYP SG, MAN\n\n"
-             "Refused without a table, without hypotheses, and when no hypothesis is on two\n"
-             "binary variables."});
+             "Refused without a table, without hypotheses about it (those of the graph are\n"
+             "none), and when no hypothesis is on two binary variables."});
     Register_command(
         {.keyword = "KAP",
          .run = KAPPA,

@@ -69,17 +69,6 @@ std::string List_of(const std::vector<TableVariable>& variables) {
     return list;
 }
 
-/// What is said of a table without cases, by the reader that met it.
-std::string Empty_table(DataSource source, const CasesAtHand& cases, int Nvar, std::int64_t NTOTAL,
-                        std::int64_t missing) {
-    if (source == DataSource::tabdata && NTOTAL == 0)
-        return Nvar > MaxTableVariables
-                   ? "The table is empty?"
-                   : fmt::format("The table is empty. {} missing. {} ntabcells.", missing,
-                                 cases.data.TABdata.Ncells());
-    return "THE TABLE SEEMS TO BE EMPTY? FAILURE ASSUMED";
-}
-
 /// Margins of a table that has just been counted, by the cheaper road.
 void Fill_margins_of(ContingencyTable& table) {
     std::int64_t nonempty = 0;
@@ -120,6 +109,16 @@ Failed Count_cases(const CasesAtHand& cases, DataSource source, const StopCheck&
 
 }  // namespace
 
+std::string Empty_table(DataSource source, const CasesAtHand& cases, int Nvar, std::int64_t NTOTAL,
+                        std::int64_t missing) {
+    if (source == DataSource::tabdata && NTOTAL == 0)
+        return Nvar > MaxTableVariables
+                   ? "The table is empty?"
+                   : fmt::format("The table is empty. {} missing. {} ntabcells.", missing,
+                                 cases.data.TABdata.Ncells());
+    return "THE TABLE SEEMS TO BE EMPTY? FAILURE ASSUMED";
+}
+
 Result<Tabulation> Tabulate(const CasesAtHand& cases, DataSource source, TableRequest request,
                             const StopCheck& stop) {
     const bool big = request.variables.size() > MaxTableVariables;
@@ -136,7 +135,7 @@ Result<Tabulation> Tabulate(const CasesAtHand& cases, DataSource source, TableRe
         cases, source, stop,
         [&](const std::uint8_t* codes, std::int32_t count) { return counter.Add(codes, count); });
     result.missing = counter.missing();
-    if (failure.messages.empty() && table.NTOTAL < 2)
+    if (failure.messages.empty() && table.NTOTAL < FewestCases)
         failure.messages = {Empty_table(source, cases, table.Nvar(), table.NTOTAL, result.missing)};
     if (!failure.messages.empty()) return failure;
     Fill_margins_of(table);

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "project/data.h"
@@ -84,6 +85,13 @@ Result<Tabulation> Tabulate(const CasesAtHand& cases, DataSource source, TableRe
 /// The same from the source that Table_source names.
 Result<Tabulation> Tabulate(const CasesAtHand& cases, TableRequest request,
                             const StopCheck& stop = {});
+
+/// The fewest cases of a table.
+inline constexpr std::int64_t FewestCases = 2;
+/// What is said of a table of NTOTAL cases, fewer than these, and `missing` left out, by the reader
+/// of `source` that met it.
+std::string Empty_table(DataSource source, const CasesAtHand& cases, int Nvar, std::int64_t NTOTAL,
+                        std::int64_t missing);
 
 /// Two project variables, from 1; the rows of their table are those of `first`.
 struct VariablePair {

@@ -79,6 +79,25 @@ TEST_F(CaseStrataOfProjects, LeaveOutCasesThatLackAVariable) {
     }
 }
 
+TEST(CaseStrata, CountEqualCasesOfAnySourceAsOnePattern) {
+    ProjectDefinition definition;
+    definition.N = 2;
+    for (std::size_t v = 1; v <= 2; ++v) definition.variables[v].dim = 3;
+    Data data;
+    data.data_ready = true;
+    data.DATA = {2, 1, 1, 3, 2, 1, 0, 1, 2, 1, 1, 3};
+    const ProjectFiles no_files;
+    const Result<PackedCases> packed = Pack_cases({definition, data, no_files, 6});
+    ASSERT_TRUE(packed);
+    std::map<std::pair<std::uint64_t, std::uint64_t>, int> counts;
+    for (std::size_t k = 0; k < packed->patterns(); ++k)
+        counts[{packed->missing[k], packed->keys[k]}] += packed->counts[k];
+    EXPECT_EQ(packed->patterns(), 3u);
+    // Two bits a variable, the second one higher; the case without the first is missing it.
+    EXPECT_EQ(counts, (std::map<std::pair<std::uint64_t, std::uint64_t>, int>{
+                          {{0, 0b0110}, 3}, {{0, 0b1101}, 2}, {{1, 0b0100}, 1}}));
+}
+
 TEST(CaseStrata, TakeMoreVariablesThanAnyTable) {
     // 59 variables of 57 categories, six words a pattern, against plain counting. Any two
     // conditions differ in one or two variables, by the higher bits of a category.

@@ -166,7 +166,7 @@ TEST(HypothesisRun, AStopEndsTheWholeListAndTheReportSaysWhatIsMissing) {
 TEST(HypothesisRun, AFailureOfAThreadReachesTheCaller) {
     RandomStream stream;
     std::atomic<int> calls = 0;
-    const auto fails = [&](std::size_t k, RandomStream&, DrawMemory&,
+    const auto fails = [&](std::size_t k, RandomStream&, RunMemory&,
                            const StopCheck&) -> TestedHypothesis {
         ++calls;
         if (k == 3) throw std::bad_alloc();

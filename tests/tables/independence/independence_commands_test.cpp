@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "project/data.h"
 #include "project/project.h"
 #include "shell/lifecycle.h"
@@ -11,6 +13,7 @@
 #include "support/session.h"
 #include "tables/independence/hypothesis_workspace.h"
 #include "tables/independence/own_table.h"
+#include "tables/independence/summary_report.h"
 #include "tables/table/contingency_table.h"
 #include "tables/table/table_workspace.h"
 
@@ -300,6 +303,70 @@ TEST_F(Choose, ARowWithoutATableSaysWhyAndAStopReachesNoMore) {
     EXPECT_EQ(stopped[0].outcome.reached, Reached::end);
     EXPECT_EQ(stopped[1].outcome.reached, Reached::not_reached);
     EXPECT_EQ(asked, 4);
+}
+
+/// 20000 cases in memory of ten binary variables: a row of all takes its strata from the cases.
+struct ManyCases : ::testing::Test {
+    ManyCases() {
+        definition.N = 10;
+        for (std::size_t v = 1; v <= 10; ++v) {
+            definition.variables[v].label = static_cast<char>('A' + v - 1);
+            definition.variables[v].dim = 2;
+            definition.variables[v].vtype = 3;
+            definition.variables[v].Levnr = 1;
+        }
+        data.data_ready = true;
+        for (unsigned c = 0; c < 20000; ++c)
+            for (unsigned v = 0; v < 10; ++v)
+                data.DATA.push_back(static_cast<std::uint8_t>(1 + (c * (v + 3) / 7) % 2));
+    }
+    ProjectDefinition definition;
+    Data data;
+    const ProjectFiles no_files;
+    const CasesAtHand cases{definition, data, no_files, 20000};
+    const int others[8] = {3, 4, 5, 6, 7, 8, 9, 10};
+    const std::vector<Hypothesis> list{Make_hypothesis(10, 1, 2, others),
+                                       Make_hypothesis(10, 1, 3, {}),
+                                       Make_hypothesis(10, 1, 2, {})};
+    RandomStream stream;
+};
+
+TEST_F(ManyCases, AStopWhileTheyArePackedEndsTheRunWithOneLine) {
+    // The question is answered with yes once.
+    bool asked = false;
+    const auto tested = Test_in_own_tables(
+        cases, list, {}, stream,
+        {.stop = [] { return false; }, .within = [&] { return !std::exchange(asked, true); }});
+    std::vector<TestedHypothesis> outcomes;
+    for (const TestedInOwnTable& one : tested) {
+        EXPECT_EQ(one.outcome.reached, Reached::not_reached);
+        EXPECT_TRUE(one.messages.empty());
+        outcomes.push_back(one.outcome);
+    }
+    EXPECT_TRUE(Has_line_with(Stopped_lines(outcomes, std::vector<std::string>(3, "A&B"), {}),
+                              "Not tested: hypotheses 1-3"));
+}
+
+TEST_F(ManyCases, QuestionsWithinATableAreNoSteps) {
+    TestSettings settings;
+    settings.ExactTests = true;
+    settings.Nsim = 10;
+    std::int64_t steps = 0, asked = 0, within = 0;
+    Test_in_own_tables(cases, list, settings, stream,
+                       {.begin = [&](std::int64_t n) { steps = n; },
+                        .stop = [&] { return ++asked < 0; },
+                        .within = [&] { return ++within < 0; }});
+    EXPECT_EQ(steps, 3 * 11);
+    EXPECT_EQ(asked, steps);
+    EXPECT_EQ(within, 3) << "one pass to pack the cases and one for each of two tables";
+}
+
+TEST_F(ManyCases, NoneThatIsCompleteIsToldAlikeByBothRoads) {
+    for (std::size_t c = 0; c < 20000; ++c) data.DATA[c * 10] = 0;  // A
+    const auto tested = Test_in_own_tables(cases, list, {}, stream);
+    EXPECT_FALSE(tested[1].messages.empty());
+    EXPECT_EQ(tested[0].messages, tested[1].messages);
+    EXPECT_EQ(tested[0].outcome.row, Untested_result());
 }
 
 TEST(OwnTable, ABlockBeginsAtEachVariableAboveAllBeforeIt) {
