@@ -156,11 +156,7 @@ Outcome RELEVANCE() {
     }
     Write_lines(Relevance_heading(parameters.wishes));
     Write_lines(Relevant_edges_lines(graph, list));
-    std::vector<Hypothesis> rows;
-    for (const RelevantEdges& of : list.pairs)
-        rows.insert(rows.end(), of.rows.begin(), of.rows.end());
-    if (!rows.empty()) Set_hypotheses(rows, HypothesisScope::graph, graph.Labels);
-    return Outcome::done;
+    return Take(list.rows);
 }
 
 constexpr const char* SeparateHelp =
@@ -208,7 +204,8 @@ constexpr const char* RelevanceHelp =
     "\n"
     "A * in a place stands for all variables: then the edges that may be changed (status 1 and 2)\n"
     "and that matter are listed for each pair, as separation hypotheses: those of missing edges,\n"
-    "which must be accepted, before those of existing ones, which need not be rejected.\n"
+    "which must be accepted, before those of existing ones, which need not be rejected. An edge\n"
+    "that matters for several pairs has its hypotheses once in the list.\n"
     "\n"
     "Example: REL AB CD, REL ** CD S\n"
     "\n"

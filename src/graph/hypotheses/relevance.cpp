@@ -1,6 +1,7 @@
 #include "graph/hypotheses/relevance.h"
 
 #include <algorithm>
+#include <map>
 
 #include "graph/sets/core.h"
 
@@ -11,8 +12,8 @@ namespace {
 /// One model, and what it says of pairs.
 struct OneModel {
     explicit OneModel(const ChainGraph& graph) : graphs(Separation_graphs(graph)) {}
-    SetList Separators(std::pair<int, int> pair) const {
-        return Separators_of_pair(graphs, pair.first, pair.second).sets;
+    Separators Separate(std::pair<int, int> pair) const {
+        return Separators_of_pair(graphs, pair.first, pair.second);
     }
     VariableSet Core(std::pair<int, int> pair) const {
         return FindCore(Separation_graph(graphs, pair.first, pair.second), pair.first, pair.second);
@@ -29,8 +30,8 @@ Relevance Compare(const OneModel& excluded, const OneModel& included, std::pair<
                   std::pair<int, int> pair, const RelevanceWishes& wishes) {
     Relevance found{.edge = edge, .pair = pair};
     if (wishes.separation) {
-        found.separators_excluded = excluded.Separators(pair);
-        found.separators_included = included.Separators(pair);
+        found.separators_excluded = excluded.Separate(pair);
+        found.separators_included = included.Separate(pair);
     }
     if (wishes.reducibility) {
         found.core_excluded = excluded.Core(pair);
@@ -51,22 +52,74 @@ struct Influence {
     bool existing = false;
 };
 
-/// The rows of the edges that influence a pair, as many as still fit; false when some do not.
-bool Add_rows(RelevanceList& list, RelevantEdges& of, const SeparationGraphs& graphs,
-              std::span<const Influence> influences) {
-    for (const bool existing : {false, true})
-        for (const Influence& influence : influences) {
-            if (influence.existing != existing) continue;
-            const auto [i, j] = influence.edge;
-            for (const VariableSet set : Separators_of_pair(graphs, i, j).sets) {
-                if (list.rows == MaxHypotheses) return false;
-                of.rows.push_back(Separation_hypothesis(i, j, set));
-                ++list.rows;
-                ++(existing ? of.existing : of.missing);
+/// The pairs whose sets are those of a limit, each once.
+class ByNeighbours {
+  public:
+    void Note(std::pair<int, int> pair, const Separators& found) {
+        if (found.smallest) return;
+        bool& paths = too_many_partial_paths_[pair];
+        paths = paths || found.too_many_partial_paths;
+    }
+    std::vector<SeparatedPair> Pairs() const {
+        std::vector<SeparatedPair> pairs;
+        for (const auto& [pair, paths] : too_many_partial_paths_)
+            pairs.push_back({.i = pair.first,
+                             .j = pair.second,
+                             .smallest = false,
+                             .too_many_partial_paths = paths});
+        return pairs;
+    }
+
+  private:
+    std::map<std::pair<int, int>, bool> too_many_partial_paths_;
+};
+
+/// Makes the list of all rows; the rows of an edge are made when it first influences a pair.
+class RowsOfEdges {
+  public:
+    RowsOfEdges(RelevanceList& list, const OneModel& model, ByNeighbours& limits)
+        : list_(list), model_(model), limits_(limits) {}
+
+    /// The rows of the edges that influence a pair, as many as still fit.
+    RelevantEdges Of(std::pair<int, int> pair, std::span<const Influence> influences) {
+        RelevantEdges of{.pair = pair, .missing = {}, .existing = {}};
+        for (const bool existing : {false, true}) {
+            std::vector<std::size_t>& numbers = existing ? of.existing : of.missing;
+            for (const Influence& influence : influences) {
+                if (influence.existing != existing) continue;
+                const Range& rows = Rows_of(influence.edge);
+                for (std::size_t k = 0; k < rows.count; ++k) numbers.push_back(rows.first + k);
             }
+            std::sort(numbers.begin(), numbers.end());
         }
-    return true;
-}
+        return of;
+    }
+
+  private:
+    struct Range {
+        std::size_t first = 0;  ///< from 1
+        std::size_t count = 0;
+    };
+
+    const Range& Rows_of(std::pair<int, int> edge) {
+        const auto [at, is_new] = ranges_.try_emplace(edge);
+        if (!is_new) return at->second;
+        const Separators found = model_.Separate(edge);
+        limits_.Note(edge, found);
+        Range& range = at->second;
+        range = {list_.rows.size() + 1,
+                 std::min(found.sets.size(), MaxHypotheses - list_.rows.size())};
+        for (std::size_t k = 0; k < range.count; ++k)
+            list_.rows.push_back(Separation_hypothesis(edge.first, edge.second, found.sets[k]));
+        if (range.count < found.sets.size()) list_.incomplete = true;
+        return range;
+    }
+
+    RelevanceList& list_;
+    const OneModel& model_;
+    ByNeighbours& limits_;
+    std::map<std::pair<int, int>, Range> ranges_;
+};
 
 }  // namespace
 
@@ -83,6 +136,7 @@ RelevanceList Relevant_edges(const ChainGraph& graph, const PairList& edges, con
                              const RelevanceWishes& wishes, const StopCheck& stop) {
     RelevanceList list;
     const OneModel model(graph);
+    ByNeighbours limits;
     // Edges outside, pairs inside: the graphs of a changed model are built once.
     std::vector<std::vector<Influence>> influences(pairs.size());
     std::vector<Relevance> unchanged(pairs.size());  // by the model as it is, made when needed
@@ -97,22 +151,31 @@ RelevanceList Relevant_edges(const ChainGraph& graph, const PairList& edges, con
                 list.stopped = true;
                 break;
             }
-            if (!made[k]) unchanged[k] = Compare(model, model, edge, pairs[k], wishes);
-            made[k] = true;
-            const bool differs =
-                (wishes.separation &&
-                 other.Separators(pairs[k]) != unchanged[k].separators_excluded) ||
-                (wishes.reducibility && other.Core(pairs[k]) != unchanged[k].core_excluded);
+            const Relevance& before = unchanged[k];
+            if (!made[k]) {
+                unchanged[k] = Compare(model, model, edge, pairs[k], wishes);
+                limits.Note(pairs[k], before.separators_excluded);
+                made[k] = true;
+            }
+            bool differs = false;
+            if (wishes.separation) {
+                const Separators changed = other.Separate(pairs[k]);
+                limits.Note(pairs[k], changed);
+                differs = changed.sets != before.separators_excluded.sets;
+            }
+            differs =
+                differs || (wishes.reducibility && other.Core(pairs[k]) != before.core_excluded);
             if (differs) influences[k].push_back({edge, status == Free});
         }
         if (list.stopped) break;
     }
+    RowsOfEdges rows(list, model, limits);
     for (std::size_t k = 0; k < pairs.size() && !list.incomplete; ++k) {
         if (influences[k].empty()) continue;
-        RelevantEdges of{.pair = pairs[k]};
-        list.incomplete = !Add_rows(list, of, model.graphs, influences[k]);
-        if (!of.rows.empty()) list.pairs.push_back(std::move(of));
+        RelevantEdges of = rows.Of(pairs[k], influences[k]);
+        if (!of.missing.empty() || !of.existing.empty()) list.pairs.push_back(std::move(of));
     }
+    list.by_neighbours = limits.Pairs();
     return list;
 }
 

@@ -22,15 +22,14 @@ struct RelevanceWishes {
 
 /// What an edge does to a pair.
 struct Relevance {
-    std::pair<int, int> edge;                          ///< ascending
-    std::pair<int, int> pair;                          ///< ascending
-    bool included = false;                             ///< the edge is in the model
-    SetList separators_excluded, separators_included;  ///< empty lists when not asked for
-    VariableSet core_excluded = 0, core_included = 0;  ///< empty when not asked for
+    std::pair<int, int> edge;                             ///< ascending
+    std::pair<int, int> pair;                             ///< ascending
+    bool included = false;                                ///< the edge is in the model
+    Separators separators_excluded, separators_included;  ///< without sets when not asked for
+    VariableSet core_excluded = 0, core_included = 0;     ///< empty when not asked for
 
-    bool on_separation() const { return separators_excluded != separators_included; }
+    bool on_separation() const { return separators_excluded.sets != separators_included.sets; }
     bool on_reducibility() const { return core_excluded != core_included; }
-    bool influences() const { return on_separation() || on_reducibility(); }
 };
 
 /// The model once with the edge and once without, in the regression graph of the block of the pair.
@@ -40,18 +39,22 @@ Relevance Relevance_of_edge(const ChainGraph& graph, std::pair<int, int> edge,
                             std::pair<int, int> pair, const RelevanceWishes& wishes);
 
 /// The edges whose status may change (1 or 2) and that influence one pair, with the separation
-/// hypotheses of these edges: first those of missing edges, then those of existing ones.
+/// hypotheses of these edges, which may be those of other pairs too.
 struct RelevantEdges {
     std::pair<int, int> pair;
-    std::size_t missing = 0, existing = 0;  ///< rows
-    std::vector<Hypothesis> rows;
+    std::vector<std::size_t> missing, existing;  ///< numbers of rows, from 1, ascending
 };
 
 struct RelevanceList {
     std::vector<RelevantEdges> pairs;  ///< those with influencing edges, in pair order
-    std::size_t rows = 0;              ///< of all of them; at most MaxHypotheses
-    bool incomplete = false;           ///< the list was full: the last pair may lack rows
-    bool stopped = false;              ///< by the stop check: what was found stands
+    /// Of all of them, each row once, at most MaxHypotheses: pair by pair, first those of missing
+    /// edges, then those of existing ones.
+    std::vector<Hypothesis> rows;
+    /// Edges and pairs, in order, that were separated by neighbours in the model or in a changed
+    /// one, since the search met a limit.
+    std::vector<SeparatedPair> by_neighbours;
+    bool incomplete = false;  ///< the list was full: the last pair may lack rows
+    bool stopped = false;     ///< by the stop check: what was found stands
 };
 
 /// Each edge for each pair. `stop` is asked before each pair and edge.

@@ -27,34 +27,79 @@ std::string Labels_of_pair(const ChainGraph& graph, std::pair<int, int> pair) {
     return Labels_of_set(graph, Only(pair.first) | Only(pair.second));
 }
 
-/// What the rows first+1 .. first+count of a pair's list are about; the list of all pairs begins at
-/// `offset`.
-std::string Missing_line(std::size_t offset, std::size_t count) {
-    if (count == 0) return "No hypotheses has to be accepted";
-    if (offset > 0)
-        return fmt::format("Hypotheses {} to {} relate to missing edges. These must be accepted",
-                           offset + 1, offset + count);
-    if (count == 1) return "The first hypothesis relate to a missing edge. It must be accepted";
-    return fmt::format("The first {} hypotheses relate to missing edges. These must be accepted",
-                       count);
+/// "1 to 8, 12 and 15 to 17".
+std::string Numbers_text(const std::vector<std::size_t>& numbers) {
+    std::vector<std::string> ranges;
+    for (std::size_t k = 0; k < numbers.size();) {
+        std::size_t last = k;
+        while (last + 1 < numbers.size() && numbers[last + 1] == numbers[last] + 1) ++last;
+        ranges.push_back(last == k ? std::to_string(numbers[k])
+                                   : fmt::format("{} to {}", numbers[k], numbers[last]));
+        k = last + 1;
+    }
+    std::string text = ranges.front();
+    for (std::size_t k = 1; k < ranges.size(); ++k)
+        text += (k + 1 < ranges.size() ? ", " : " and ") + ranges[k];
+    return text;
 }
 
-std::vector<std::string> Existing_lines(std::size_t offset, std::size_t count, char x, char y) {
-    if (count == 0) return {};
-    const std::string which =
-        count == 1
+/// Ranges of numbers may make a line long.
+std::vector<std::string> Folded(const std::string& text) {
+    constexpr std::size_t Width = 90;
+    std::vector<std::string> lines;
+    std::string rest = text;
+    while (rest.size() > Width) {
+        const auto blank = rest.rfind(' ', Width);
+        lines.push_back(rest.substr(0, blank));
+        rest = "  " + rest.substr(blank + 1);
+    }
+    lines.push_back(rest);
+    return lines;
+}
+
+std::vector<std::string> Missing_lines(const std::vector<std::size_t>& numbers) {
+    const std::size_t count = numbers.size();
+    if (count == 0) return {"No hypotheses has to be accepted"};
+    if (numbers.back() > count)
+        return Folded(
+            count == 1
+                ? fmt::format("Hypothesis {} relate to a missing edge. It must be accepted",
+                              numbers[0])
+                : fmt::format("Hypotheses {} relate to missing edges. These must be accepted",
+                              Numbers_text(numbers)));
+    if (count == 1) return {"The first hypothesis relate to a missing edge. It must be accepted"};
+    return {fmt::format("The first {} hypotheses relate to missing edges. These must be accepted",
+                        count)};
+}
+
+std::vector<std::string> Existing_lines(const std::vector<std::size_t>& numbers, char x, char y) {
+    if (numbers.empty()) return {};
+    std::vector<std::string> lines = Folded(
+        numbers.size() == 1
             ? fmt::format(
                   "Hypothesis {} relate to an existing edge. It does not have to be rejected.",
-                  offset + 1)
+                  numbers[0])
             : fmt::format(
-                  "Hypotheses {} to {} relate to existing edges. They do not have to be rejected.",
-                  offset + 1, offset + count);
-    return {which,
-            "Elimination of an existing edge because the test statistic is insignificant will, "
-            "however,",
-            fmt::format("change the way the association between {} and {} should be estimated and "
-                        "tested.",
-                        x, y)};
+                  "Hypotheses {} relate to existing edges. They do not have to be rejected.",
+                  Numbers_text(numbers)));
+    lines.emplace_back(
+        "Elimination of an existing edge because the test statistic is insignificant will, "
+        "however,");
+    lines.push_back(fmt::format(
+        "change the way the association between {} and {} should be estimated and tested.", x, y));
+    return lines;
+}
+
+/// What the sets of a pair with and without an edge owe to a limit.
+std::vector<SeparatedPair> By_neighbours(const Relevance& relevance) {
+    const Separators &excluded = relevance.separators_excluded,
+                     &included = relevance.separators_included;
+    if (excluded.smallest && included.smallest) return {};
+    return {{.i = relevance.pair.first,
+             .j = relevance.pair.second,
+             .smallest = false,
+             .too_many_partial_paths =
+                 excluded.too_many_partial_paths || included.too_many_partial_paths}};
 }
 
 }  // namespace
@@ -72,8 +117,8 @@ std::vector<std::string> Relevance_lines(const ChainGraph& graph, const Relevanc
         lines.emplace_back("No influence on separation");
     } else if (wishes.separation) {
         lines.push_back(fmt::format("Separators for {}", pair));
-        Append_lines(lines, Sets_lines(graph, " excluded: ", relevance.separators_excluded));
-        Append_lines(lines, Sets_lines(graph, " included: ", relevance.separators_included));
+        Append_lines(lines, Sets_lines(graph, " excluded: ", relevance.separators_excluded.sets));
+        Append_lines(lines, Sets_lines(graph, " included: ", relevance.separators_included.sets));
     }
     if (wishes.reducibility && !relevance.on_reducibility()) {
         lines.emplace_back("No influence on reducibility");
@@ -82,6 +127,7 @@ std::vector<std::string> Relevance_lines(const ChainGraph& graph, const Relevanc
         lines.push_back(" excluded: " + Labels_of_set(graph, relevance.core_excluded));
         lines.push_back(" included: " + Labels_of_set(graph, relevance.core_included));
     }
+    Append_lines(lines, Local_markov_lines(graph, By_neighbours(relevance)));
     return lines;
 }
 
@@ -96,11 +142,11 @@ std::vector<std::string> Relevance_heading(const RelevanceWishes& wishes) {
 std::vector<std::string> Relevant_edges_lines(const ChainGraph& graph, const RelevanceList& list) {
     std::vector<std::string> lines;
     if (list.pairs.empty()) lines.emplace_back("No edge influences the analysis of the pairs");
-    std::size_t offset = 0;
-    std::vector<Hypothesis> rows;
+    bool is_first = true;
     for (const RelevantEdges& of : list.pairs) {
-        if (offset > 0) lines.emplace_back("");
-        const std::size_t count = of.rows.size();
+        if (!is_first) lines.emplace_back("");
+        is_first = false;
+        const std::size_t count = of.missing.size() + of.existing.size();
         const char x = graph.Labels[static_cast<std::size_t>(of.pair.first - 1)];
         const char y = graph.Labels[static_cast<std::size_t>(of.pair.second - 1)];
         lines.push_back(
@@ -110,16 +156,18 @@ std::vector<std::string> Relevant_edges_lines(const ChainGraph& graph, const Rel
                       "{} separation hypotheses relating to edges whose status influences the way",
                       count));
         lines.push_back(fmt::format("the association between {} and {} should be analyzed", x, y));
-        lines.push_back(Missing_line(offset, of.missing));
-        Append_lines(lines, Existing_lines(offset + of.missing, of.existing, x, y));
-        offset += count;
-        rows.insert(rows.end(), of.rows.begin(), of.rows.end());
+        Append_lines(lines, Missing_lines(of.missing));
+        Append_lines(lines, Existing_lines(of.existing, x, y));
     }
     if (list.incomplete) lines.emplace_back("The list of separation hypotheses is incomplete");
     if (list.stopped) lines.emplace_back("Stopped: edges and pairs behind are left out");
-    if (rows.empty()) return lines;
+    Append_lines(lines, Local_markov_lines(graph, list.by_neighbours));
+    if (list.rows.empty()) {
+        lines.emplace_back("No hypotheses generated.");
+        return lines;
+    }
     lines.emplace_back("");
-    Append_lines(lines, Hypothesis_list_lines(rows, graph.Labels));
+    Append_lines(lines, Hypothesis_list_lines(list.rows, graph.Labels));
     return lines;
 }
 

@@ -4,6 +4,7 @@
 #include "graph/model/graph_workspace.h"
 #include "project/data.h"
 #include "project/project.h"
+#include "shell/user.h"
 #include "support/graphs.h"
 #include "support/session.h"
 #include "tables/independence/hypothesis_workspace.h"
@@ -25,6 +26,8 @@ TEST_F(GraphHypothesisCommands, RefusalsLeaveTheListBefore) {
     Run({"SEP P*"});
     const std::vector<Hypothesis> before = The_hypotheses.list;
     ASSERT_EQ(before.size(), 8u);
+    const char* const ChoosingFailed =
+        "Failure choosing variables. Use \"test <variables> to test all separation hypotheses\"";
     const struct {
         const char* line;
         const char* message;
@@ -37,7 +40,10 @@ TEST_F(GraphHypothesisCommands, RefusalsLeaveTheListBefore) {
                    {"TES XY", "does not define a test: no hypotheses relating to the graph"},
                    {"TES R", "does not define a proper test: no table hypotheses"},
                    {"CHO", "Select one of the hypotheses on the list"},
-                   {"CHO 9", "You must choose one of the hypotheses."}};
+                   {"CHO 9", "You must choose one of the hypotheses."},
+                   {"CHO -1", "You must choose one of the hypotheses."},
+                   {"CHO 2.5", ChoosingFailed},
+                   {"CHO A", ChoosingFailed}};
     for (const auto& [line, message] : refused) {
         const std::vector<std::string> report = Run({line});
         EXPECT_TRUE(Has_line_with(report, message)) << line << "\n" << Joined(report);
@@ -73,10 +79,39 @@ TEST_F(GraphHypothesisCommands, ARowWithoutCasesOrOfAnotherProjectIsNotTested) {
     Dispose_data();
     The_project.files.DAT.exists = The_project.files.SYS.exists = The_project.files.TAB.exists =
         false;
-    const std::vector<std::string> report = Run({"TES"});
-    EXPECT_TRUE(Has_line_with(report, "Hypothesis no. 1  P&E|W: test failure")) << Joined(report);
-    EXPECT_TRUE(Has_line_with(report, "Data is not available"));
-    EXPECT_TRUE(Has_line_with(report, "No tests"));
+    // One refusal, and not a failure for each hypothesis of the list.
+    for (const char* line : {"TES", "GTE PE PW"})
+        EXPECT_EQ(Run({line}), std::vector<std::string>{"Data is not available"}) << line;
+    EXPECT_FALSE(The_hypotheses.tested);
+}
+
+TEST_F(GraphHypothesisCommands, WhatReadsAListOfTheTableRefusesOneOfTheGraph) {
+    // P and E are variables 1 and 2 of the project and have no place in the table of K and S.
+    Run({"SEP PE", "TAB KS"});
+    const std::vector<Hypothesis> before = The_hypotheses.list;
+    for (const char* line : {"MAN", "HOM"})
+        EXPECT_TRUE(Has_line_with(Run({line}), "The hypotheses are those of the graph")) << line;
+    EXPECT_EQ(The_hypotheses.list, before);
+}
+
+TEST_F(GraphHypothesisCommands, AStopWhileHypothesesAreMadeTestsNone) {
+    The_user.user.progress = [](const std::string&, std::int64_t, std::int64_t) {
+        Stop_requested.store(true);
+    };
+    const std::vector<std::string> report = Run({"GTE PE PW"});
+    The_user.user.progress = {};
+    Stop_requested.store(false);
+    EXPECT_EQ(report, std::vector<std::string>{"Stopped: the hypotheses were not tested"});
+}
+
+TEST_F(GraphHypothesisCommands, RelevanceSaysThatItFoundNothingAndLeavesTheListBefore) {
+    Run({"SEP PE"});
+    const std::vector<Hypothesis> before = The_hypotheses.list;
+    // The two lowest blocks differ, whatever the edge.
+    const std::vector<std::string> report = Run({"REL HSP*S"});
+    EXPECT_TRUE(Has_line_with(report, "No edge influences the analysis of the pairs"));
+    EXPECT_TRUE(Has_line_with(report, "No hypotheses generated.")) << Joined(report);
+    EXPECT_EQ(The_hypotheses.list, before);
 }
 
 TEST_F(GraphHypothesisCommands, RelevanceTakesALastLetterAsOptionBehindFourLabelsOnly) {

@@ -6,12 +6,16 @@
 #include <set>
 
 #include "graph/hypotheses/check_hypotheses.h"
+#include "graph/hypotheses/core_and_separation.h"
 #include "graph/hypotheses/global_markov.h"
 #include "graph/hypotheses/moral_graph.h"
 #include "graph/hypotheses/reduction.h"
 #include "graph/hypotheses/relevance.h"
+#include "graph/hypotheses/relevance_report.h"
+#include "graph/hypotheses/separation_report.h"
 #include "support/graphs.h"
 #include "support/reference_figures.h"
+#include "support/session.h"
 
 namespace tarven {
 namespace {
@@ -99,9 +103,9 @@ TEST(GraphHypotheses, AgreeWithThoseFoundElsewhere) {
             EXPECT_EQ(relevance.included, one.at("currently") == "included") << what;
             if (one.contains("excluded")) {
                 const auto &out = one.at("excluded"), &in = one.at("included");
-                EXPECT_EQ(relevance.separators_excluded, Sets_of(labels, out.at("separators")))
+                EXPECT_EQ(relevance.separators_excluded.sets, Sets_of(labels, out.at("separators")))
                     << what;
-                EXPECT_EQ(relevance.separators_included, Sets_of(labels, in.at("separators")))
+                EXPECT_EQ(relevance.separators_included.sets, Sets_of(labels, in.at("separators")))
                     << what;
                 EXPECT_EQ(relevance.core_excluded, Set_of(labels, out.at("core"))) << what;
                 EXPECT_EQ(relevance.core_included, Set_of(labels, in.at("core"))) << what;
@@ -249,23 +253,118 @@ TEST(CheckHypotheses, StandByStatusAndCountWhatTheListDoesNotHold) {
     EXPECT_EQ(many.generated, many.statuses[1].count + many.statuses[2].count);
 }
 
+std::string Labels_of_rows(const RelevanceList& list) {
+    std::string rows;
+    for (const Hypothesis& row : list.rows) rows += Hypothesis_label(row, "ABCD") + " ";
+    return rows;
+}
+
 TEST(Relevance, ListsMissingEdgesBeforeExistingOnes) {
     // Between A and D: the paths A-B-D and A-C-D. Without B-D one set less is needed, B-C joins the
     // ways; AD itself is not asked.
     const ChainGraph graph = Chain_graph_of_pairs("ABCD", {4}, {"AB", "BD", "AC", "CD"});
     const RelevanceList list = Relevant_edges(graph, All_pairs(graph), {{1, 4}}, {true, false});
     ASSERT_EQ(list.pairs.size(), 1u);
-    EXPECT_EQ(list.pairs[0].missing, 0u);
-    std::string rows;
-    for (const Hypothesis& row : list.pairs[0].rows) rows += Hypothesis_label(row, "ABCD") + " ";
-    EXPECT_EQ(rows, "A&B|C A&B|D A&C|B A&C|D B&D|A B&D|C C&D|A C&D|B ");
-    EXPECT_EQ(list.pairs[0].existing, 8u);
+    EXPECT_TRUE(list.pairs[0].missing.empty());
+    EXPECT_EQ(Labels_of_rows(list), "A&B|C A&B|D A&C|B A&C|D B&D|A B&D|C C&D|A C&D|B ");
+    EXPECT_EQ(list.pairs[0].existing.size(), 8u);
 
     int asked = 0;
     const RelevanceList cut =
         Relevant_edges(graph, All_pairs(graph), {{1, 4}}, {}, [&] { return ++asked > 2; });
     EXPECT_TRUE(cut.stopped);
-    EXPECT_EQ(cut.pairs.at(0).rows.size(), 4u);
+    EXPECT_EQ(cut.rows.size(), 4u);
+}
+
+TEST(Relevance, ListsNoEdgeThatMayNotBeChanged) {
+    // Each edge between A and D matters for that pair, and so do the short cuts A-C and B-D.
+    ChainGraph graph = Chain_graph_of_pairs("ABCD", {4}, {"AB", "BC", "CD"});
+    const auto rows = [&] {
+        return Labels_of_rows(Relevant_edges(graph, All_pairs(graph), {{1, 4}}, {true, false}));
+    };
+    EXPECT_EQ(rows(), "A&C|B B&D|C A&B B&C C&D ");
+    Set_status(graph, 1, 3, Prevented);
+    Set_status(graph, 3, 4, Fixed);
+    EXPECT_EQ(rows(), "B&D|C A&B B&C ");
+}
+
+TEST(Relevance, HoldsTheRowsOfAnEdgeOnceWhateverItsPairs) {
+    const ChainGraph graph = Chain_graph_of_pairs("ABCD", {4}, {"AB", "BC", "CD"});
+    const RelevanceList list =
+        Relevant_edges(graph, All_pairs(graph), {{1, 3}, {1, 4}}, {true, false});
+    EXPECT_EQ(Labels_of_rows(list), "A&D|B A&D|C A&B B&C A&C|B B&D|C C&D ");
+    ASSERT_EQ(list.pairs.size(), 2u);
+    EXPECT_EQ(list.pairs[0].missing, (std::vector<std::size_t>{1, 2}));
+    EXPECT_EQ(list.pairs[0].existing, (std::vector<std::size_t>{3, 4}));
+    EXPECT_EQ(list.pairs[1].missing, (std::vector<std::size_t>{5, 6}));
+    EXPECT_EQ(list.pairs[1].existing, (std::vector<std::size_t>{3, 4, 7}));
+    EXPECT_TRUE(Has_line_with(Relevant_edges_lines(graph, list),
+                              "Hypotheses 3 to 4 and 7 relate to existing edges."));
+}
+
+TEST(Relevance, ListsAsManyRowsAsThereIsRoomFor) {
+    // A cycle: the missing edges of 30 variables have more than 2500 separators.
+    std::mt19937 random(23);
+    ChainGraph cycle = Random_chain_graph(random, {30}, 0);
+    for (int v = 1; v <= 30; ++v)
+        Set_status(cycle, std::min(v, v % 30 + 1), std::max(v, v % 30 + 1), Free);
+    const RelevanceList list =
+        Relevant_edges(cycle, All_pairs(cycle), {{1, 15}, {2, 16}}, {true, false});
+    EXPECT_TRUE(list.incomplete);
+    EXPECT_EQ(list.rows.size(), std::size_t{MaxHypotheses});
+    ASSERT_EQ(list.pairs.size(), 1u);
+    EXPECT_EQ(list.pairs[0].missing.size(), std::size_t{MaxHypotheses});
+}
+
+TEST(Relevance, NamesThePairsThatALimitSeparatesByNeighbours) {
+    // Between A and V ten paths of two inner variables, with 2^10 smallest cuts; a chord makes no
+    // difference to that.
+    const std::string labels = "ABCDEFGHIJKLMNOPQRSTUV";
+    std::vector<std::string> pairs;
+    for (std::size_t k = 1; k <= 10; ++k) {
+        pairs.push_back({'A', labels[k]});
+        pairs.push_back({labels[k], labels[k + 10]});
+        pairs.push_back({labels[k + 10], 'V'});
+    }
+    const ChainGraph graph = Chain_graph_of_pairs(labels, {22}, pairs);
+    const Relevance one = Relevance_of_edge(graph, {2, 3}, {1, 22}, {true, false});
+    EXPECT_TRUE(Has_line_with(Relevance_lines(graph, one, {true, false}), "  A & V"));
+    const Relevance core = Relevance_of_edge(graph, {2, 3}, {1, 22}, {false, true});
+    EXPECT_FALSE(Has_line_with(Relevance_lines(graph, core, {false, true}), "Local Markov"));
+    const RelevanceList list = Relevant_edges(graph, {{1, 2}}, {{1, 22}}, {true, false});
+    ASSERT_EQ(list.by_neighbours.size(), 1u);
+    EXPECT_EQ(list.by_neighbours[0].j, 22);
+    EXPECT_TRUE(Has_line_with(Relevant_edges_lines(graph, list), "  A & V"));
+}
+
+TEST(CoreAndSeparation, TakesRepeatedRowsOnceAndSaysWhatTheListCannotHold) {
+    // A path and a cycle: A&C has the row of separation for its core, D&F has not.
+    const ChainGraph graph =
+        Chain_graph_of_pairs("ABCDEFGH", {8}, {"AB", "BC", "DE", "EF", "FG", "GH", "DH"});
+    const CoreAndSeparation made = Core_and_separation(graph, PairList{{1, 3}, {4, 6}});
+    EXPECT_EQ(made.rows.size(), made.separation.rows.size() + 1);
+    EXPECT_FALSE(made.incomplete);
+    const std::vector<std::string> lines = Core_and_separation_lines(graph, made);
+    EXPECT_TRUE(Has_line_with(lines, "Removed: A & C"));
+    EXPECT_FALSE(Has_line_with(lines, "Removed: D & F"));
+    EXPECT_TRUE(Has_line_with(lines, "1 hypoteses were removed"));
+
+    // 39 times the 64 sets of six paths, and two pairs of two sets: the list is full, and the cores
+    // have no room.
+    std::vector<std::string> edges;
+    const std::string labels = "ABCDEFGHIJKLMN";
+    for (std::size_t k = 0; k < 6; ++k) {
+        edges.push_back({'A', labels[1 + k]});
+        edges.push_back({labels[1 + k], labels[7 + k]});
+        edges.push_back({labels[7 + k], 'N'});
+    }
+    PairList pairs(39, {1, 14});
+    pairs.insert(pairs.end(), {{1, 2}, {1, 3}});
+    const CoreAndSeparation full =
+        Core_and_separation(Chain_graph_of_pairs(labels, {14}, edges), pairs);
+    EXPECT_FALSE(full.separation.incomplete);
+    EXPECT_EQ(full.rows.size(), std::size_t{MaxHypotheses});
+    EXPECT_TRUE(full.incomplete);
 }
 
 }  // namespace

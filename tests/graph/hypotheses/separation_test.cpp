@@ -66,6 +66,18 @@ TEST(Separation, LeavesOutLaterVariablesThatAreNoParents) {
     EXPECT_EQ(list.rows[0].Role(5), role::excluded);
 }
 
+TEST(Separation, TakesTheEndsOfATieInTheirOrderAtALimit) {
+    // Ten paths of two inner variables have too many smallest cuts, and both ends ten neighbours.
+    UndirectedGraph ladder{22, Variables_between(1, 22), {}};
+    for (int k = 2; k <= 11; ++k) {
+        Join(ladder, 1, k);
+        Join(ladder, k, k + 10);
+        Join(ladder, k + 10, 22);
+    }
+    const SetList of_ends{Variables_between(2, 11), Variables_between(12, 21)};
+    EXPECT_EQ(Separators_in(ladder, 1, 22).sets, of_ends);
+}
+
 TEST(Separation, HoldsAsManyPairsAndRowsAsThereIsRoomFor) {
     // Two variables joined by six paths of two inner vertices have 64 smallest sets; the fortieth
     // such pair is cut at row 2500.
@@ -84,6 +96,7 @@ TEST(Separation, HoldsAsManyPairsAndRowsAsThereIsRoomFor) {
     ASSERT_EQ(list.pairs.size(), 40u);
     EXPECT_EQ(list.pairs[38].count, 64u);
     EXPECT_EQ(list.pairs[39].count, 4u);
+    EXPECT_TRUE(Separate(graph, std::span(pairs).first(40)).incomplete) << "the last pair alone";
 
     std::vector<std::pair<int, int>> many(MaxPairs + 1, {2, 3});
     const SeparationList unconnected = Separate(Chain_graph_of_pairs("ABC", {3}, {}), many);

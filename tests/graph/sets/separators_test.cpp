@@ -167,6 +167,26 @@ TEST(Paths, AreFiveHundredAtMost) {
     EXPECT_FALSE(FindPaths(Two_layers(21, 24, 59), 1, 59).complete);
 }
 
+/// 1 and nvar joined by paths of so many inner variables.
+UndirectedGraph Side_by_side(const std::vector<int>& inner, int nvar) {
+    UndirectedGraph graph{nvar, Variables_between(1, nvar), {}};
+    int v = 1;
+    for (const int length : inner)
+        for (int k = 1; k <= length; ++k) {
+            ++v;
+            Join(graph, k == 1 ? 1 : v - 1, v);
+            if (k == length) Join(graph, v, nvar);
+        }
+    return graph;
+}
+
+TEST(Separators, HaveFourHundredCandidatesAtMost) {
+    const Separators most = FindSeparators(Side_by_side({20, 20}, 42), 1, 42);
+    EXPECT_TRUE(most.smallest);
+    EXPECT_EQ(most.sets.size(), MaxSeparatorCandidates);
+    EXPECT_FALSE(FindSeparators(Side_by_side({9, 9, 5}, 25), 1, 25).smallest) << "405";
+}
+
 TEST(Separators, AtALimitAreTheNeighboursOfTheSmallerEnd) {
     // 21 times 24 paths.
     const UndirectedGraph graph = Two_layers(21, 24, 59);
