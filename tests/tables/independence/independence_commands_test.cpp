@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <utility>
 
 #include "project/data.h"
@@ -316,9 +317,9 @@ struct ManyCases : ::testing::Test {
             definition.variables[v].Levnr = 1;
         }
         data.data_ready = true;
-        for (unsigned c = 0; c < 20000; ++c)
-            for (unsigned v = 0; v < 10; ++v)
-                data.DATA.push_back(static_cast<std::uint8_t>(1 + (c * (v + 3) / 7) % 2));
+        std::mt19937 random(29);
+        for (int code = 0; code < 200000; ++code)
+            data.DATA.push_back(static_cast<std::uint8_t>(1 + random() % 2));
     }
     ProjectDefinition definition;
     Data data;
