@@ -125,8 +125,6 @@ struct EstimatedGLLRM {
     std::optional<GLLRMParameters> initial_parameters;  ///< those of the complete persons alone
 
     Extended Delta = 0;
-    /// False: the user stopped before the likelihood and the expected margins were computed.
-    bool likelihood_ready = false;
     Extended neg_loglik = 0;
     Extended AIC = 0;
     Extended BIC = 0;
@@ -134,6 +132,8 @@ struct EstimatedGLLRM {
     int npar = 0;
     int observed_low = 0;  ///< lowest and highest score of the persons
     int observed_high = 0;
+    /// False: the user stopped before the likelihood and the expected margins were computed.
+    bool likelihood_ready = false;
     bool nothing_to_estimate = false;  ///< all items are degenerate
     bool thresholds_raised = false;
     bool converged = false;  ///< Delta below DeltaOfConvergence
