@@ -45,11 +45,11 @@ std::string Numbers_text(const std::vector<std::size_t>& numbers) {
 
 /// Ranges of numbers may make a line long.
 std::vector<std::string> Folded(const std::string& text) {
-    constexpr std::size_t Width = 90;
+    constexpr std::size_t LineWidth = 90;
     std::vector<std::string> lines;
     std::string rest = text;
-    while (rest.size() > Width) {
-        const auto blank = rest.rfind(' ', Width);
+    while (rest.size() > LineWidth) {
+        const auto blank = rest.rfind(' ', LineWidth);
         lines.push_back(rest.substr(0, blank));
         rest = "  " + rest.substr(blank + 1);
     }
